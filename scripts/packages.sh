@@ -1,0 +1,38 @@
+# Sourced. Installs Debian packages that are missing, and says so; quiet when nothing is.
+
+BUILD_PACKAGES=(
+    g++ cmake ninja-build pkg-config qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl-dev qt6-translations-l10n
+    libusb-1.0-0-dev libssl-dev nlohmann-json3-dev
+)
+# What the program calls or loads while it runs, and a font to write with.
+RUN_PACKAGES=(bash zip unzip libqt6svg6 qt6-translations-l10n xdg-utils fonts-dejavu-core)
+TEST_PACKAGES=(libgtest-dev libgmock-dev libumockdev-dev umockdev locales python3 openssl zip unzip)
+TOUR_PACKAGES=(xvfb openbox xdotool imagemagick x11-utils)
+
+need_packages() {
+    local missing=() package
+    for package in "$@"; do
+        case "$(dpkg-query -W -f='${Status}' "$package" 2>/dev/null)" in
+            *"ok installed") ;;
+            *) missing+=("$package") ;;
+        esac
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || { echo "Missing packages: ${missing[*]}. Install them as root." >&2; return 1; }
+        as_root=(sudo)
+    fi
+    echo "Installing Debian packages: ${missing[*]}"
+    "${as_root[@]}" apt-get update -qq
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# build PRESET [cmake options...]: configures and builds, quiet unless something is wrong or slow to do.
+build() {
+    local preset=$1
+    shift
+    cmake --preset "$preset" "$@" --log-level=WARNING
+    cmake --build --preset "$preset"
+}

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "simulator/camera_options.h"
+
+/// The controls that the simulated camera has: one table, from which the bmControls bitmaps, the answers to
+/// the range requests and the check of a new setting all come, so that they cannot disagree.
+namespace simulator {
+
+/// Entity ids of the camera, as its descriptors give them and as requests name them (high byte of wIndex).
+inline constexpr std::uint8_t kCameraTerminal = 1;
+inline constexpr std::uint8_t kProcessingUnit = 2;
+inline constexpr std::uint8_t kOutputTerminal = 3;
+
+/// Control selectors that the model itself has to know (USB Video Class 1.1, appendix A.9.4).
+inline constexpr std::uint8_t kZoomAbsoluteSelector = 0x0B;
+inline constexpr std::uint8_t kPanTiltAbsoluteSelector = 0x0D;
+
+/// Class-specific request codes (USB Video Class 1.1, appendix A.8).
+namespace request {
+inline constexpr std::uint8_t kSetCur = 0x01;
+inline constexpr std::uint8_t kGetCur = 0x81;
+inline constexpr std::uint8_t kGetMin = 0x82;
+inline constexpr std::uint8_t kGetMax = 0x83;
+inline constexpr std::uint8_t kGetRes = 0x84;
+inline constexpr std::uint8_t kGetLen = 0x85;
+inline constexpr std::uint8_t kGetInfo = 0x86;
+inline constexpr std::uint8_t kGetDef = 0x87;
+}  // namespace request
+
+/// One number inside a control's value, little-endian on the wire; signed where its minimum is below zero.
+struct ControlField {
+    std::uint8_t bytes = 0;  ///< 1, 2 or 4; 0: no such field
+    std::int32_t minimum = 0;
+    std::int32_t maximum = 0;
+    std::int32_t resolution = 1;
+    std::int32_t standard = 0;  ///< what GET_DEF answers, and the setting after power-on
+};
+
+struct Control {
+    std::uint8_t unit = 0;
+    std::uint8_t selector = 0;
+    std::uint8_t enableBit = 0;  ///< number of its bit in the unit's bmControls
+    std::uint8_t info = 0;       ///< the GET_INFO byte
+    std::array<ControlField, 2> fields;
+
+    [[nodiscard]] std::size_t size() const { return std::size_t{fields[0].bytes} + fields[1].bytes; }
+};
+
+/// The whole table, whether or not a camera's options leave something out.
+[[nodiscard]] std::span<const Control> allControls();
+
+/// Whether a camera of these options has the control.
+[[nodiscard]] bool hasControl(const CameraOptions &options, const Control &control);
+
+/// The control, or null where a camera of these options has none such.
+[[nodiscard]] const Control *findControl(const CameraOptions &options, std::uint8_t unit,
+                                         std::uint8_t selector);
+
+/// The bitmap of `unit`, `size` bytes long, bit 0 of the first byte first.
+[[nodiscard]] std::vector<std::uint8_t> controlBitmap(const CameraOptions &options, std::uint8_t unit,
+                                                      std::size_t size);
+
+/// The wire bytes of one property of every field, e.g. `encode(control, &ControlField::minimum)`.
+[[nodiscard]] std::vector<std::uint8_t> encode(const Control &control, std::int32_t ControlField::*property);
+
+/// The numbers of a setting; nothing when the length is wrong or a field lies outside its range. A number
+/// that is no multiple of the resolution passes: the camera keeps what it was given.
+[[nodiscard]] std::optional<std::array<std::int32_t, 2>> decodeSetting(const Control &control,
+                                                                       std::span<const std::uint8_t> data);
+
+}  // namespace simulator

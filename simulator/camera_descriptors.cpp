@@ -1,0 +1,291 @@
+#include "simulator/camera_descriptors.h"
+
+#include <array>
+#include <span>
+
+#include "simulator/camera_controls.h"
+
+namespace simulator {
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// Descriptor types (USB 2.0, table 9-5; the association: its own change notice; USB Video Class 1.1, appendix
+// A.4).
+constexpr std::uint8_t kDevice = 0x01;
+constexpr std::uint8_t kConfiguration = 0x02;
+constexpr std::uint8_t kInterface = 0x04;
+constexpr std::uint8_t kEndpoint = 0x05;
+constexpr std::uint8_t kInterfaceAssociation = 0x0B;
+constexpr std::uint8_t kClassInterface = 0x24;
+constexpr std::uint8_t kClassEndpoint = 0x25;
+
+// Interface class and subclasses (USB Video Class 1.1, appendixes A.1 and A.2).
+constexpr std::uint8_t kVideoClass = 0x0E;
+constexpr std::uint8_t kVideoControlSubclass = 0x01;
+constexpr std::uint8_t kVideoStreamingSubclass = 0x02;
+constexpr std::uint8_t kVideoCollectionSubclass = 0x03;
+
+constexpr std::uint8_t kProductString = 1;
+constexpr std::uint8_t kNoString = 0;
+
+constexpr std::uint16_t kStatusPacketBytes = 16;
+constexpr std::uint16_t kBulkPacketBytes = 512;  // the only size at high speed (USB 2.0, section 5.8.3)
+
+/// Collects the fields of one descriptor and writes its length in front of them.
+class Descriptor {
+ public:
+    explicit Descriptor(std::uint8_t type) : bytes_{0, type} {}
+    Descriptor(std::uint8_t type, std::uint8_t subtype) : bytes_{0, type, subtype} {}
+
+    Descriptor &u1(std::size_t value) {
+        bytes_.push_back(static_cast<std::uint8_t>(value));
+        return *this;
+    }
+    Descriptor &u2(std::size_t value) { return u1(value & 0xFF).u1(value >> 8 & 0xFF); }
+    Descriptor &u4(std::uint32_t value) { return u2(value & 0xFFFF).u2(value >> 16); }
+    Descriptor &raw(std::span<const std::uint8_t> bytes) {
+        bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
+        return *this;
+    }
+
+    [[nodiscard]] Bytes finished() const {
+        Bytes bytes = bytes_;
+        bytes[0] = static_cast<std::uint8_t>(bytes.size());
+        return bytes;
+    }
+
+ private:
+    Bytes bytes_;
+};
+
+void append(Bytes &bytes, const Bytes &more) {
+    bytes.insert(bytes.end(), more.begin(), more.end());
+}
+
+/// Writes the length of the whole block into the 16-bit total at `offset` of its first descriptor.
+Bytes withTotalLength(Bytes block, std::size_t offset) {
+    block[offset] = static_cast<std::uint8_t>(block.size());
+    block[offset + 1] = static_cast<std::uint8_t>(block.size() >> 8);
+    return block;
+}
+
+Bytes interfaceDescriptor(std::uint8_t number, std::uint8_t subclass, std::uint8_t name) {
+    // Both interfaces have one endpoint and one setting. A bulk video endpoint needs no empty setting 0: it
+    // takes no bandwidth while nothing streams.
+    return Descriptor(kInterface)
+        .u1(number)
+        .u1(0)
+        .u1(1)
+        .u1(kVideoClass)
+        .u1(subclass)
+        .u1(0)
+        .u1(name)
+        .finished();
+}
+
+/// USB Video Class 1.1, section 3.7.2; wTotalLength is filled in by withTotalLength().
+Bytes videoControlHeader(const CameraOptions &options) {
+    constexpr std::uint32_t kClockHz = 48'000'000;
+    return Descriptor(kClassInterface, 0x01)
+        .u2(options.uvcVersion)
+        .u2(0)
+        .u4(kClockHz)
+        .u1(1)
+        .u1(kVideoStreamingInterface)
+        .finished();
+}
+
+/// USB Video Class 1.1, section 3.7.2.3.
+Bytes cameraTerminal(const CameraOptions &options) {
+    constexpr std::uint16_t kCameraTerminalType = 0x0201;
+    const Bytes controls = controlBitmap(options, kCameraTerminal, 3);
+    return Descriptor(kClassInterface, 0x02)
+        .u1(kCameraTerminal)
+        .u2(kCameraTerminalType)
+        .u1(0)          // bAssocTerminal
+        .u1(kNoString)  // iTerminal
+        .u2(0)          // wObjectiveFocalLengthMin, Max and wOcularFocalLength: optical zoom not described
+        .u2(0)
+        .u2(0)
+        .u1(controls.size())
+        .raw(controls)
+        .finished();
+}
+
+/// USB Video Class 1.1, section 3.7.2.5. Version 1.0 ends the descriptor before bmVideoStandards and knows no
+/// control above bit 15.
+Bytes processingUnit(const CameraOptions &options) {
+    const bool version11 = options.uvcVersion >= 0x0110;
+    const Bytes controls = controlBitmap(options, kProcessingUnit, version11 ? 3 : 2);
+    Descriptor descriptor(kClassInterface, 0x05);
+    descriptor.u1(kProcessingUnit)
+        .u1(kCameraTerminal)  // bSourceID
+        .u2(0)                // wMaxMultiplier
+        .u1(controls.size())
+        .raw(controls)
+        .u1(kNoString);
+    if (version11) descriptor.u1(0);  // bmVideoStandards: none
+    return descriptor.finished();
+}
+
+/// USB Video Class 1.1, section 3.7.2.2.
+Bytes outputTerminal() {
+    constexpr std::uint16_t kStreamingTerminalType = 0x0101;
+    return Descriptor(kClassInterface, 0x03)
+        .u1(kOutputTerminal)
+        .u2(kStreamingTerminalType)
+        .u1(0)                // bAssocTerminal
+        .u1(kProcessingUnit)  // bSourceID
+        .u1(kNoString)
+        .finished();
+}
+
+/// The interrupt endpoint and its class-specific companion (USB Video Class 1.1, section 3.8.2).
+Bytes statusEndpoint() {
+    constexpr std::uint8_t kInterruptTransfer = 0x03;
+    constexpr std::uint8_t kInterval = 8;  // 2^7 microframes: 16 ms
+    Bytes bytes = Descriptor(kEndpoint)
+                      .u1(kStatusEndpoint)
+                      .u1(kInterruptTransfer)
+                      .u2(kStatusPacketBytes)
+                      .u1(kInterval)
+                      .finished();
+    append(bytes, Descriptor(kClassEndpoint, kInterruptTransfer).u2(kStatusPacketBytes).finished());
+    return bytes;
+}
+
+/// USB Video Class 1.1, section 3.9.2.1; wTotalLength is filled in by withTotalLength().
+Bytes streamingInputHeader() {
+    return Descriptor(kClassInterface, 0x01)
+        .u1(1)  // bNumFormats
+        .u2(0)
+        .u1(kVideoEndpoint)
+        .u1(0)                // bmInfo: no dynamic format change
+        .u1(kOutputTerminal)  // bTerminalLink
+        .u1(0)                // bStillCaptureMethod: none
+        .u1(0)                // bTriggerSupport
+        .u1(0)                // bTriggerUsage
+        .u1(1)                // bControlSize, then bmaControls of the one format: none
+        .u1(0)
+        .finished();
+}
+
+/// The format descriptor of YUY2 (USB Video Class 1.1, Uncompressed Payload, section 3.1.1).
+Bytes uncompressedFormat() {
+    constexpr std::array<std::uint8_t, 16> kYuy2{0x59, 0x55, 0x59, 0x32, 0x00, 0x00, 0x10, 0x00,
+                                                 0x80, 0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71};
+    return Descriptor(kClassInterface, 0x04)
+        .u1(1)  // bFormatIndex
+        .u1(1)  // bNumFrameDescriptors
+        .raw(kYuy2)
+        .u1(16)  // bBitsPerPixel
+        .u1(1)   // bDefaultFrameIndex
+        .u1(0)   // bAspectRatioX, bAspectRatioY: not interlaced, so not given
+        .u1(0)
+        .u1(0)  // bmInterlaceFlags
+        .u1(0)  // bCopyProtect
+        .finished();
+}
+
+/// USB Video Class 1.1, Uncompressed Payload, section 3.1.2.
+Bytes uncompressedFrame() {
+    constexpr std::uint32_t kInterval = 10'000'000 / kFramesPerSecond;  // in units of 100 ns
+    constexpr std::uint32_t kBitRate = kFrameBytes * 8 * kFramesPerSecond;
+    return Descriptor(kClassInterface, 0x05)
+        .u1(1)  // bFrameIndex
+        .u1(0)  // bmCapabilities
+        .u2(kFrameWidth)
+        .u2(kFrameHeight)
+        .u4(kBitRate)  // dwMinBitRate, dwMaxBitRate
+        .u4(kBitRate)
+        .u4(kFrameBytes)
+        .u4(kInterval)  // dwDefaultFrameInterval
+        .u1(1)          // bFrameIntervalType: one discrete interval
+        .u4(kInterval)
+        .finished();
+}
+
+/// USB Video Class 1.1, section 3.9.2.6: BT.709 primaries and transfer, SMPTE 170M matrix.
+Bytes colourMatching() {
+    return Descriptor(kClassInterface, 0x0D).u1(1).u1(1).u1(4).finished();
+}
+
+Bytes videoStreamingInterface() {
+    Bytes block = streamingInputHeader();
+    append(block, uncompressedFormat());
+    append(block, uncompressedFrame());
+    append(block, colourMatching());
+
+    constexpr std::size_t kTotalLengthOffset = 4;
+    constexpr std::uint8_t kBulkTransfer = 0x02;
+    Bytes bytes = interfaceDescriptor(kVideoStreamingInterface, kVideoStreamingSubclass, kNoString);
+    append(bytes, withTotalLength(std::move(block), kTotalLengthOffset));
+    append(bytes,
+           Descriptor(kEndpoint).u1(kVideoEndpoint).u1(kBulkTransfer).u2(kBulkPacketBytes).u1(0).finished());
+    return bytes;
+}
+
+Bytes interfaceAssociation() {
+    return Descriptor(kInterfaceAssociation)
+        .u1(kVideoControlInterface)
+        .u1(2)  // bInterfaceCount
+        .u1(kVideoClass)
+        .u1(kVideoCollectionSubclass)
+        .u1(0)
+        .u1(kProductString)  // iFunction: the VideoControl interface has the same one
+        .finished();
+}
+
+}  // namespace
+
+Bytes buildDeviceDescriptor(const CameraOptions &options) {
+    return Descriptor(kDevice)
+        .u2(0x0200)  // bcdUSB
+        .u1(0xEF)    // a composite device with an association: miscellaneous class, common subclass
+        .u1(0x02)
+        .u1(0x01)
+        .u1(64)  // bMaxPacketSize0
+        .u2(options.vendorId)
+        .u2(options.productId)
+        .u2(0x0100)     // bcdDevice
+        .u1(kNoString)  // iManufacturer
+        .u1(kProductString)
+        .u1(kNoString)  // iSerialNumber
+        .u1(1)          // bNumConfigurations
+        .finished();
+}
+
+Bytes buildVideoControlDescriptors(const CameraOptions &options) {
+    Bytes block = videoControlHeader(options);
+    append(block, cameraTerminal(options));
+    append(block, processingUnit(options));
+    append(block, outputTerminal());
+
+    constexpr std::size_t kTotalLengthOffset = 5;
+    return withTotalLength(std::move(block), kTotalLengthOffset);
+}
+
+Bytes buildConfigurationDescriptor(const CameraOptions &options) {
+    constexpr std::uint8_t kBusPowered = 0x80;
+    constexpr std::uint8_t kMaxPower = 250;  // 500 mA
+    Bytes bytes = Descriptor(kConfiguration)
+                      .u2(0)  // wTotalLength
+                      .u1(2)  // bNumInterfaces
+                      .u1(1)  // bConfigurationValue
+                      .u1(kNoString)
+                      .u1(kBusPowered)
+                      .u1(kMaxPower)
+                      .finished();
+    append(bytes, interfaceAssociation());
+    append(bytes, interfaceDescriptor(kVideoControlInterface, kVideoControlSubclass, kProductString));
+    append(bytes, buildVideoControlDescriptors(options));
+    append(bytes, statusEndpoint());
+    append(bytes, videoStreamingInterface());
+
+    constexpr std::size_t kTotalLengthOffset = 2;
+    return withTotalLength(std::move(bytes), kTotalLengthOffset);
+}
+
+}  // namespace simulator

@@ -1,0 +1,177 @@
+#include "simulator/camera_model.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "simulator/camera_descriptors.h"
+
+namespace simulator {
+
+namespace {
+
+// Raw units a second: 60 degrees of pan, 45 of tilt; the whole zoom range in two seconds.
+constexpr double kPanSpeed = 60.0 * 3600;
+constexpr double kTiltSpeed = 45.0 * 3600;
+constexpr double kZoomSpeed = 500;
+
+constexpr std::size_t kMostTransfers = 8192;
+
+/// bmRequestType of a class request to an interface (USB 2.0, section 9.3).
+constexpr std::uint8_t kSetRequestType = 0x21;
+constexpr std::uint8_t kGetRequestType = 0xA1;
+
+std::uint8_t highByte(std::uint16_t value) {
+    return static_cast<std::uint8_t>(value >> 8);
+}
+std::uint8_t lowByte(std::uint16_t value) {
+    return static_cast<std::uint8_t>(value & 0xFF);
+}
+
+RequestKey keyOf(const usb::SetupPacket &setup) {
+    return {highByte(setup.index), highByte(setup.value), setup.request};
+}
+
+/// One property of the three axes; those of controls that this camera lacks included, since the motors are
+/// there.
+Pose axes(std::int32_t ControlField::*property) {
+    const CameraOptions complete;
+    const Control &panTilt = *findControl(complete, kCameraTerminal, kPanTiltAbsoluteSelector);
+    const Control &zoom = *findControl(complete, kCameraTerminal, kZoomAbsoluteSelector);
+    return {static_cast<double>(panTilt.fields[0].*property),
+            static_cast<double>(panTilt.fields[1].*property), static_cast<double>(zoom.fields[0].*property)};
+}
+
+}  // namespace
+
+CameraModel::CameraModel(CameraOptions options, Clock clock)
+    : options_(std::move(options)),
+      clock_(std::move(clock)),
+      pan_(kPanSpeed, axes(&ControlField::standard).pan),
+      tilt_(kTiltSpeed, axes(&ControlField::standard).tilt),
+      zoom_(kZoomSpeed, axes(&ControlField::standard).zoom) {
+    for (const Control &control : allControls())
+        settings_[{control.unit, control.selector}] = encode(control, &ControlField::standard);
+}
+
+std::vector<std::uint8_t> CameraModel::deviceDescriptor() const {
+    return buildDeviceDescriptor(options_);
+}
+
+std::vector<std::uint8_t> CameraModel::configurationDescriptor() const {
+    return buildConfigurationDescriptor(options_);
+}
+
+std::vector<std::uint8_t> CameraModel::videoControlDescriptors() const {
+    return buildVideoControlDescriptors(options_);
+}
+
+std::uint8_t CameraModel::videoControlInterface() const {
+    return kVideoControlInterface;
+}
+
+bool CameraModel::controlRequest(const usb::SetupPacket &setup, std::span<std::uint8_t> data) {
+    if (isUnplugged()) return false;
+
+    const bool accepted = answer(setup, data);
+    if (requestsLeft_) --*requestsLeft_;
+    record({setup, {data.begin(), data.end()}, accepted});
+    return accepted;
+}
+
+bool CameraModel::answer(const usb::SetupPacket &setup, std::span<std::uint8_t> data) {
+    if (setup.length != data.size()) return false;
+    if (lowByte(setup.index) != kVideoControlInterface || lowByte(setup.value) != 0) return false;
+    if (options_.refused.contains(keyOf(setup))) return false;
+
+    const Control *control = findControl(options_, highByte(setup.index), highByte(setup.value));
+    if (control == nullptr) return false;
+    if (setup.requestType == kSetRequestType) return setup.request == request::kSetCur && set(*control, data);
+    if (setup.requestType != kGetRequestType) return false;
+
+    const std::vector<std::uint8_t> value = get(*control, setup.request);
+    if (value.empty() || value.size() != data.size()) return false;
+    std::ranges::copy(value, data.begin());
+    return true;
+}
+
+bool CameraModel::set(const Control &control, std::span<const std::uint8_t> data) {
+    const auto numbers = decodeSetting(control, data);
+    if (!numbers) return false;
+    settings_[{control.unit, control.selector}].assign(data.begin(), data.end());
+
+    if (control.unit == kCameraTerminal && control.selector == kPanTiltAbsoluteSelector) {
+        pan_.moveTo((*numbers)[0], clock_());
+        tilt_.moveTo((*numbers)[1], clock_());
+    }
+    if (control.unit == kCameraTerminal && control.selector == kZoomAbsoluteSelector)
+        zoom_.moveTo((*numbers)[0], clock_());
+    return true;
+}
+
+std::vector<std::uint8_t> CameraModel::get(const Control &control, std::uint8_t request) const {
+    switch (request) {
+        case request::kGetCur:
+            // The current setting is where the camera was told to go, even while the motors run. A nudge
+            // reads and then sets: with the momentary position, every click made on the way would lose a part
+            // of the one before; and a scene saved right after another was chosen would keep a point on the
+            // road.
+            return settings_.at({control.unit, control.selector});
+        case request::kGetMin:
+            return encode(control, &ControlField::minimum);
+        case request::kGetMax:
+            return encode(control, &ControlField::maximum);
+        case request::kGetRes:
+            return encode(control, &ControlField::resolution);
+        case request::kGetDef:
+            return encode(control, &ControlField::standard);
+        case request::kGetLen:
+            return {static_cast<std::uint8_t>(control.size()), 0};
+        case request::kGetInfo:
+            return {control.info};
+        default:
+            return {};
+    }
+}
+
+Pose CameraModel::pose() const {
+    const auto now = clock_();
+    return {pan_.position(now), tilt_.position(now), zoom_.position(now)};
+}
+
+Pose CameraModel::target() const {
+    return {pan_.target(), tilt_.target(), zoom_.target()};
+}
+
+bool CameraModel::isMoving() const {
+    const auto now = clock_();
+    return pan_.isMoving(now) || tilt_.isMoving(now) || zoom_.isMoving(now);
+}
+
+Pose CameraModel::minimum() const {
+    return axes(&ControlField::minimum);
+}
+
+Pose CameraModel::maximum() const {
+    return axes(&ControlField::maximum);
+}
+
+void CameraModel::refuse(const RequestKey &key, bool refused) {
+    if (refused)
+        options_.refused.insert(key);
+    else
+        options_.refused.erase(key);
+}
+
+int CameraModel::count(std::uint8_t unit, std::uint8_t selector, std::uint8_t request) const {
+    return static_cast<int>(std::ranges::count_if(transfers_, [&](const Transfer &transfer) {
+        return transfer.accepted && keyOf(transfer.setup) == RequestKey{unit, selector, request};
+    }));
+}
+
+void CameraModel::record(Transfer transfer) {
+    if (transfers_.size() >= kMostTransfers)
+        transfers_.erase(transfers_.begin(), std::next(transfers_.begin(), kMostTransfers / 2));
+    transfers_.push_back(std::move(transfer));
+}
+
+}  // namespace simulator

@@ -1,0 +1,20 @@
+#include "ptz/camera_error_dialog.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <tuple>
+
+#include "platform/services.h"
+
+void CameraErrorDialog() {
+    std::ignore = platform::services().alerts->run(
+        {.messageText = "Error en la comunicación con la cámara",
+         .informativeText = "No se detecta la cámara. La aplicación finalizará al pulsar en aceptar",
+         .buttons = {"Aceptar"},
+         .windowTitle = std::nullopt,
+         .fieldText = std::nullopt});
+
+    // _Exit and not exit: we may be deep inside an event of a window that static destructors would pull away.
+    std::fflush(nullptr);
+    std::_Exit(EXIT_SUCCESS);
+}

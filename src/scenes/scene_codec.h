@@ -1,0 +1,32 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "scenes/manual_preset.h"
+
+/// The whole stack of a scene file, in memory: from the JSON text to the file's text and back.
+namespace scenes {
+
+/// The text of a scene file around `json`. Nothing when it cannot be encrypted.
+[[nodiscard]] std::optional<std::string> sceneTextFromJson(std::string_view json);
+
+/// What the text of a scene file turned out to be.
+struct DecodedScenes {
+    enum class Outcome {
+        Read,        ///< `presets` are the file's scenes
+        Unreadable,  ///< `error` says why, in one line
+        Fatal        ///< it decrypts to something that no program with our key has written: a fatal stop
+    };
+    Outcome outcome = Outcome::Fatal;
+    std::vector<ManualPreset> presets;
+    std::string error;
+};
+
+/// Decodes the text of a scene file; any bytes will do. What follows the first "]" of the JSON text is
+/// dropped, so a name with that character makes the file unreadable. Wanted.
+[[nodiscard]] DecodedScenes decodeSceneText(std::string_view text);
+
+}  // namespace scenes

@@ -1,0 +1,159 @@
+#include "scenes/scene_file.h"
+
+#include <QFile>
+#include <QSaveFile>
+#include <QString>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+#include "platform/fatal.h"
+#include "platform/services.h"
+#include "scenes/print_line.h"
+#include "scenes/scene_codec.h"
+#include "scenes/scene_json.h"
+#include "scenes/store_paths.h"
+#include "scenes/utf8.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using scenes::printLine;
+
+// A quarter of a million scenes; whatever is larger is not a room and would only fill the memory.
+constexpr std::uintmax_t kLargestFile = std::uintmax_t{64} << 20;
+
+struct CloseFile {
+    void operator()(std::FILE *file) const { std::fclose(file); }
+};
+
+std::string reasonFor(const fs::path &path, const std::string &reason) {
+    return path.string() + ": " + reason;
+}
+
+/// The whole file; nothing, with the reason in `error`, for anything but a regular file of a sensible size. A
+/// pipe or a device would hang the window or never end.
+std::optional<std::string> readRegularFile(const fs::path &path, std::string &error) {
+    std::error_code failure;
+    const fs::file_status status = fs::status(path, failure);
+    if (failure) {
+        error = reasonFor(path, failure.message());
+        return std::nullopt;
+    }
+    if (!fs::is_regular_file(status)) {
+        error = reasonFor(path, "not a regular file");
+        return std::nullopt;
+    }
+    const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rbe"));
+    if (!file) {
+        error = reasonFor(path, std::strerror(errno));
+        return std::nullopt;
+    }
+
+    std::string content;
+    std::array<char, 1 << 14> piece{};
+    while (const std::size_t got = std::fread(piece.data(), 1, piece.size(), file.get())) {
+        content.append(piece.data(), got);
+        if (content.size() > kLargestFile) {
+            error = reasonFor(path, "too large for a scene file");
+            return std::nullopt;
+        }
+    }
+    if (std::ferror(file.get()) != 0) {
+        error = reasonFor(path, std::strerror(errno));
+        return std::nullopt;
+    }
+    return content;
+}
+
+/// Writes `text` to a temporary file beside `path` that then takes its place. Returns the reason of a
+/// failure.
+std::optional<std::string> replaceFile(const fs::path &path, std::string_view text) {
+    const std::string name = path.string();
+    QSaveFile file(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
+    errno = 0;
+    const bool written =
+        file.open(QIODevice::WriteOnly) &&
+        file.write(text.data(), static_cast<qint64>(text.size())) == static_cast<qint64>(text.size()) &&
+        file.flush();
+    const int systemError = errno;
+    if (written && file.commit()) return std::nullopt;
+    // For a missing folder the toolkit knows "Unknown error" only.
+    return reasonFor(path, file.errorString().toStdString()) +
+           (systemError == 0 ? std::string() : " (" + std::string(std::strerror(systemError)) + ")");
+}
+
+/// The toolkit names files in UTF-8 only. A room whose file has another name (unpacked from an old archive,
+/// say) is written under a passing name at the store's root first and then moved to its place.
+std::optional<std::string> replaceFileOfAnyName(const std::string &documents, const fs::path &path,
+                                                std::string_view text) {
+    if (scenes::isValidUtf8(path.string())) return replaceFile(path, text);
+    const fs::path passing = fs::path(documents) / PresetsFolder / ".escena-nueva";
+    if (auto failed = replaceFile(passing, text)) return failed;
+    std::error_code failure;
+    fs::rename(passing, path, failure);
+    if (!failure) return std::nullopt;
+    std::error_code ignored;
+    fs::remove(passing, ignored);
+    return reasonFor(path, failure.message());
+}
+
+/// Returns the reason of a failure.
+std::optional<std::string> writeInStore(const std::string &documents, const std::string &relative,
+                                        std::string_view text) {
+    const scenes::GuardedPath guarded = scenes::guardedPath(documents, relative);
+    if (!guarded.refusal.empty()) return guarded.refusal;
+    std::error_code failure;
+    if (!fs::is_symlink(guarded.path, failure)) return replaceFileOfAnyName(documents, guarded.path, text);
+
+    // A room's file that is a link stays one: what it points to is written, where that is the store's.
+    const fs::path target = fs::canonical(guarded.path, failure);
+    if (failure) return reasonFor(guarded.path, failure.message());
+    if (!scenes::liesInStore(documents, target)) {
+        return reasonFor(guarded.path, "the link leads outside the folder of scenes");
+    }
+    return replaceFileOfAnyName(documents, target, text);
+}
+
+std::vector<ManualPreset> cantRead(const std::string &error) {
+    printLine("cant read… " + error);
+    return {};
+}
+
+}  // namespace
+
+void PresetToFile(const std::string &Path, const std::vector<ManualPreset> &arrayPresets) {
+    std::string error;
+    const auto json = scenes::jsonFromPresets(arrayPresets, error);
+    if (!json) return printLine("Error tr " + error);
+    const auto text = scenes::sceneTextFromJson(*json);
+    if (!text) return;
+
+    const auto documents = platform::services().folders->documents();
+    if (!documents) return printLine("Error 34 ");
+    if (const auto failed = writeInStore(*documents, Path, *text)) {
+        printLine("cant write...");
+        printLine(*failed);
+    }
+}
+
+std::vector<ManualPreset> FileToPreset(const std::string &Path) {
+    const auto documents = platform::services().folders->documents();
+    if (!documents) return {};
+    if (Path.find('\0') != std::string::npos) return cantRead("the name holds a zero byte");
+
+    std::string error;
+    const auto text = readRegularFile(*documents + "/" + Path, error);
+    if (!text) return cantRead(error);
+    scenes::DecodedScenes decoded = scenes::decodeSceneText(*text);
+    if (decoded.outcome == scenes::DecodedScenes::Outcome::Fatal) platform::fatalStop();
+    if (decoded.outcome == scenes::DecodedScenes::Outcome::Unreadable) return cantRead(decoded.error);
+    return std::move(decoded.presets);
+}

@@ -1,0 +1,138 @@
+#include "scenes/scene_layers.h"
+
+#include <QByteArray>
+#include <algorithm>
+
+#include "platform/fatal.h"
+#include "scenes/scene_cipher.h"
+#include "scenes/utf8.h"
+
+namespace {
+
+constexpr std::uint8_t kHighByteMark = 194;
+// Not 256: what is shifted are character codes. Wanted.
+constexpr std::int64_t kShiftWrap = 65535;
+
+/// Absent when the sum leaves the 64-bit range.
+std::optional<std::int64_t> shifted(std::uint8_t byte, std::int64_t shift) {
+    std::int64_t code = 0;
+    if (__builtin_add_overflow(std::int64_t{byte}, shift, &code)) return std::nullopt;
+    if (code > kShiftWrap) code -= kShiftWrap;
+    if (code < 0) code += kShiftWrap;
+    return code;
+}
+
+bool isScalar(std::int64_t code) {
+    return code >= 0 && code <= 0x10FFFF && !(code >= 0xD800 && code <= 0xDFFF);
+}
+
+/// The value of a letter of the alphabet, -1 for any other byte.
+int base64Value(unsigned char letter) {
+    if (letter >= 'A' && letter <= 'Z') return letter - 'A';
+    if (letter >= 'a' && letter <= 'z') return letter - 'a' + 26;
+    if (letter >= '0' && letter <= '9') return letter - '0' + 52;
+    if (letter == '+') return 62;
+    if (letter == '/') return 63;
+    return -1;
+}
+
+}  // namespace
+
+namespace scenes {
+
+std::string base64Encode(std::string_view bytes) {
+    return QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()))
+        .toBase64()
+        .toStdString();
+}
+
+// Our own: the toolkit's decoder either takes text with misplaced padding or stumbles over a trailing
+// newline.
+std::optional<std::vector<std::uint8_t>> base64DecodeIgnoringUnknown(std::string_view text) {
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(text.size() / 4 * 3);
+    std::uint32_t bits = 0;
+    std::size_t letters = 0;
+    std::size_t pads = 0;
+    for (const char character : text) {
+        const int value = base64Value(static_cast<unsigned char>(character));
+        if (value < 0) {
+            if (character == '=') ++pads;
+            continue;
+        }
+        if (pads > 0) return std::nullopt;
+        bits = bits << 6 | static_cast<std::uint32_t>(value);
+        // The 2nd, 3rd and 4th letter of a group each complete a byte; 4, 2 and 0 bits are left over.
+        const std::size_t place = letters++ % 4;
+        if (place > 0) bytes.push_back(static_cast<std::uint8_t>(bits >> (6 - 2 * place) & 0xFF));
+    }
+    if ((letters + pads) % 4 != 0) return std::nullopt;
+    return bytes;
+}
+
+std::optional<std::vector<std::uint8_t>> shiftedBytes(std::span<const std::uint8_t> bytes,
+                                                      std::int64_t shift) {
+    std::vector<std::uint8_t> result;
+    result.reserve(bytes.size());
+    for (const std::uint8_t byte : bytes) {
+        const auto code = shifted(byte, shift);
+        if (!code || *code < 0 || *code > 255) return std::nullopt;
+        result.push_back(static_cast<std::uint8_t>(*code));
+    }
+    return result;
+}
+
+std::optional<std::string> shiftedText(std::span<const std::uint8_t> value, std::int64_t size,
+                                       std::int64_t shift) {
+    const auto wanted = static_cast<std::size_t>(std::max<std::int64_t>(size, 1));
+    std::string text;
+    text.reserve(value.size());
+    for (const std::uint8_t byte : value.first(std::min(wanted, value.size()))) {
+        const auto code = shifted(byte, shift);
+        if (!code || !isScalar(*code)) return std::nullopt;
+        appendScalar(text, static_cast<char32_t>(*code));
+    }
+    return text;
+}
+
+}  // namespace scenes
+
+std::vector<std::uint8_t> caesarDataToData(const std::vector<std::uint8_t> &arrayInicial,
+                                           std::int64_t shift) {
+    auto bytes = scenes::shiftedBytes(arrayInicial, shift);
+    if (!bytes) platform::fatalStop();
+    return *std::move(bytes);
+}
+
+std::string caesarDataToString(const std::vector<std::uint8_t> &value, std::int64_t size,
+                               std::int64_t shift) {
+    auto text = scenes::shiftedText(value, size, shift);
+    if (!text) platform::fatalStop();
+    return *std::move(text);
+}
+
+std::optional<std::string> String_encrypt(std::span<const std::uint8_t> bytes, std::int32_t length) {
+    if (length < 0 || static_cast<std::size_t>(length) > bytes.size()) return std::nullopt;
+    std::vector<std::uint8_t> expanded;
+    expanded.reserve(static_cast<std::size_t>(length) * 2);
+    for (const std::uint8_t byte : bytes.first(static_cast<std::size_t>(length))) {
+        if (byte >= 128) expanded.push_back(kHighByteMark);
+        expanded.push_back(byte);
+    }
+    const auto cipher = scenes::encryptBlocks(expanded);
+    if (!cipher) return std::nullopt;
+    return scenes::base64Encode(std::string(cipher->begin(), cipher->end()));
+}
+
+std::size_t String_decrypt(std::string_view text, std::span<std::uint8_t> out) {
+    const auto cipher = scenes::base64DecodeIgnoringUnknown(text);
+    // Text that is no base64 counts as no cipher bytes: a file that is not ours reads as an empty room.
+    const auto plain = scenes::decryptBlocks(cipher.value_or(std::vector<std::uint8_t>{}));
+    std::size_t count = 0;
+    for (const std::uint8_t byte : plain) {
+        if (byte == kHighByteMark) continue;
+        if (count < out.size()) out[count] = byte;
+        ++count;
+    }
+    return count;
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "scenes/manual_preset.h"
+#include "scenes/name_order.h"
+#include "scenes/store_paths.h"
+
+/// The store: Documents/Presets, one directory per centre, one scene file per room, loaded into memory as a
+/// whole. Everything here belongs to the user-interface thread. Paths are relative to Documents; a platform
+/// that knows no Documents folder is a fatal stop.
+
+using RoomMap = std::map<std::string, std::vector<ManualPreset>, scenes::NameLess>;
+using SceneTree = std::map<std::string, RoomMap, scenes::NameLess>;
+
+extern SceneTree Gruposss;                       ///< the store as last loaded and changed since
+extern std::vector<std::string> ListaGrupos;     ///< names of the centres, as shown
+extern std::vector<std::string> ListaSubgrupos;  ///< names of the selected centre's rooms, as shown
+extern std::vector<std::string> ListaEscenas;    ///< names of the selected room's scenes, in the file's order
+
+/// Loads the tree, making the store's folder when there is none. The placeholder centre is always in it. What
+/// cannot be listed prints "No folder" and counts as empty; what cannot be decoded counts as a room without
+/// scenes. A room's name ends at the first "." of its file's name. Of several files that load under one name,
+/// the one that is called just so is taken, since it is the one that the next save replaces.
+[[nodiscard]] SceneTree obtenerPresets();
+
+/// Makes a directory of the store, with those above it, unless it is there. When something is to be made, its
+/// URL is printed; a failure prints "Unable to create directory" and the reason.
+void crearDirectorioSiNoExiste(const std::string &newPath);
+
+/// Removes a file or directory of the store with all that it contains; a symbolic link is removed, not
+/// followed. Never removes the store's folder itself or anything outside it. Prints the URL; a failure, a
+/// missing item included, prints "Unable to create directory" (as creating does; wanted) and the reason.
+void eliminarDirectorio(const std::string &newPath);

@@ -1,0 +1,95 @@
+#include "scenes/utf8.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace scenes {
+namespace {
+
+/// What a lead byte asks for: how many bytes follow, and the range of the first of them (the others are
+/// always 80..BF). The narrower ranges keep out overlong forms, surrogates and values above U+10FFFF.
+struct Expected {
+    std::size_t following;
+    unsigned char low;
+    unsigned char high;
+};
+
+/// Following 0 for a byte that is not a lead byte of a longer sequence.
+Expected expectedAfter(unsigned char lead) {
+    if (lead >= 0xC2 && lead <= 0xDF) return {1, 0x80, 0xBF};
+    if (lead == 0xE0) return {2, 0xA0, 0xBF};
+    if (lead == 0xED) return {2, 0x80, 0x9F};
+    if (lead >= 0xE1 && lead <= 0xEF) return {2, 0x80, 0xBF};
+    if (lead == 0xF0) return {3, 0x90, 0xBF};
+    if (lead >= 0xF1 && lead <= 0xF3) return {3, 0x80, 0xBF};
+    if (lead == 0xF4) return {3, 0x80, 0x8F};
+    return {0, 0, 0};
+}
+
+struct Sequence {
+    std::size_t length;  ///< bytes consumed, at least 1
+    bool valid;
+};
+
+/// The sequence at the start of `text` (which is not empty), or the maximal subpart of one.
+Sequence firstSequence(std::string_view text) {
+    const auto lead = static_cast<unsigned char>(text.front());
+    if (lead < 0x80) return {1, true};
+    Expected expected = expectedAfter(lead);
+    if (expected.following == 0) return {1, false};
+    for (std::size_t i = 1; i <= expected.following; ++i) {
+        if (i == text.size()) return {i, false};
+        const auto byte = static_cast<unsigned char>(text[i]);
+        if (byte < expected.low || byte > expected.high) return {i, false};
+        expected.low = 0x80;
+        expected.high = 0xBF;
+    }
+    return {expected.following + 1, true};
+}
+
+}  // namespace
+
+bool isValidUtf8(std::string_view text) {
+    while (!text.empty()) {
+        const Sequence sequence = firstSequence(text);
+        if (!sequence.valid) return false;
+        text.remove_prefix(sequence.length);
+    }
+    return true;
+}
+
+std::string repairUtf8(std::string_view bytes) {
+    std::string repaired;
+    repaired.reserve(bytes.size());
+    while (!bytes.empty()) {
+        const Sequence sequence = firstSequence(bytes);
+        if (sequence.valid) {
+            repaired += bytes.substr(0, sequence.length);
+        } else {
+            repaired += "\xEF\xBF\xBD";
+        }
+        bytes.remove_prefix(sequence.length);
+    }
+    return repaired;
+}
+
+void appendScalar(std::string &text, char32_t scalar) {
+    const auto tail = [&](unsigned shift) { text += static_cast<char>(0x80 | (scalar >> shift & 0x3F)); };
+    if (scalar < 0x80) {
+        text += static_cast<char>(scalar);
+    } else if (scalar < 0x800) {
+        text += static_cast<char>(0xC0 | scalar >> 6);
+        tail(0);
+    } else if (scalar < 0x10000) {
+        text += static_cast<char>(0xE0 | scalar >> 12);
+        tail(6);
+        tail(0);
+    } else {
+        text += static_cast<char>(0xF0 | scalar >> 18);
+        tail(12);
+        tail(6);
+        tail(0);
+    }
+}
+
+}  // namespace scenes

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace scenes {
+
+/// True when `text` is well-formed UTF-8: no overlong form, no surrogate, nothing above U+10FFFF.
+[[nodiscard]] bool isValidUtf8(std::string_view text);
+
+/// `bytes` with every ill-formed part replaced by U+FFFD, one for each maximal subpart of a sequence (The
+/// Unicode Standard, section 3.9, "U+FFFD Substitution of Maximal Subparts"). Well-formed text comes back
+/// unchanged.
+[[nodiscard]] std::string repairUtf8(std::string_view bytes);
+
+/// Appends the UTF-8 form of a Unicode scalar value.
+void appendScalar(std::string &text, char32_t scalar);
+
+}  // namespace scenes

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace usb {
+
+/// The product name that the kernel read when the device was plugged in (Linux sysfs). Asking the device
+/// itself would need it open, and with that rights that a listing must do without. UTF-8; absent when there
+/// is none.
+[[nodiscard]] std::optional<std::string> productNameFromSysfs(std::uint8_t bus,
+                                                              std::span<const std::uint8_t> ports);
+
+}  // namespace usb

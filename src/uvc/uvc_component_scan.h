@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+#include "uvc/diagnostics.h"
+
+namespace uvc {
+
+/// The records that a control gives for the scan of its value, or the same field of each; null where it has
+/// none.
+struct ScanLimits {
+    const void *minimum = nullptr;
+    const void *maximum = nullptr;
+    const void *stepSize = nullptr;
+    const void *defaultValue = nullptr;
+
+    /// The limits of the field `offset` bytes behind.
+    [[nodiscard]] ScanLimits atOffset(std::size_t offset) const;
+};
+
+/// Reads the value at the start of `text` into the one field `field` of component code `code`. The number of
+/// characters taken, blanks before a number included; nothing when the text is no value for this field, which
+/// then stays as it was.
+[[nodiscard]] std::optional<std::size_t> scanComponent(std::uint32_t code, const char *text, void *field,
+                                                       const ScanLimits &limits,
+                                                       const Diagnostics &diagnostics);
+
+}  // namespace uvc

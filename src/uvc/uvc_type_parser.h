@@ -1,0 +1,14 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "uvc/uvc_type.h"
+
+namespace uvc {
+
+/// Reads a type description. Nothing when it is not one; a warning on standard error says where it went
+/// wrong, except for a description without fields.
+[[nodiscard]] std::optional<std::vector<Field>> parseTypeDescription(const char *text);
+
+}  // namespace uvc

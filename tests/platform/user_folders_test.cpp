@@ -1,0 +1,76 @@
+#include "platform/qt/qt_user_folders.h"
+
+#include "surroundings.h"
+
+#include <pwd.h>
+#include <unistd.h>
+#include <filesystem>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class UserFolders : public FolderTest {
+ protected:
+    void SetUp() override {
+        FolderTest::SetUp();
+        fs::create_directories(path(".config"));
+    }
+    void setUserDirs(const std::string &text) { write(path(".config/user-dirs.dirs"), text); }
+
+    platform::QtUserFolders folders_;
+};
+
+TEST_F(UserFolders, AreTheDesktopsOrTheUsualOnes) {
+    const ScopedVariable home("HOME", path().c_str());
+    const ScopedVariable config("XDG_CONFIG_HOME", nullptr);
+    EXPECT_EQ(folders_.documents(), path("Documents"));
+    EXPECT_EQ(folders_.downloads(), path("Downloads"));
+
+    const struct {
+        const char *value;
+        std::optional<std::string> documents;
+    } rows[] = {
+        {"\"$HOME/Documentos\"", path("Documentos")},
+        {"\"$HOME/Mis Ñandúes/\"", path("Mis Ñandúes")},
+        {"\"/srv/aulas//docs/\"", "/srv/aulas/docs"},
+        {"\"$HOME/\"", path()},
+        {"\"Documentos\"", std::nullopt},
+        {"\"/\"", std::nullopt},
+    };
+    for (const auto &row : rows) {
+        setUserDirs(std::string("XDG_DOCUMENTS_DIR=") + row.value +
+                    "\nXDG_DOWNLOAD_DIR=\"$HOME/Descargas\"\n");
+        EXPECT_EQ(folders_.documents(), row.documents) << row.value;
+        EXPECT_EQ(folders_.downloads(), path("Descargas")) << row.value;
+    }
+}
+
+TEST_F(UserFolders, FollowXdgConfigHome) {
+    const ScopedVariable home("HOME", "/elsewhere");
+    const ScopedVariable config("XDG_CONFIG_HOME", path(".config").c_str());
+    setUserDirs("XDG_DOCUMENTS_DIR=\"$HOME/D\"\n");
+    EXPECT_EQ(folders_.documents(), "/elsewhere/D");
+}
+
+TEST_F(UserFolders, ComeFromThePasswordDatabaseWithoutHome) {
+    const passwd *account = getpwuid(getuid());
+    if (!account || account->pw_dir[0] != '/') GTEST_SKIP() << "this account has no home folder";
+    const ScopedVariable config("XDG_CONFIG_HOME", path().c_str());
+    const std::string expected = fs::path(account->pw_dir) / "Documents";
+    for (const char *value : {static_cast<const char *>(nullptr), ""}) {
+        const ScopedVariable home("HOME", value);
+        EXPECT_EQ(folders_.documents(), expected);
+        EXPECT_EQ(qEnvironmentVariableIsSet("HOME"), value != nullptr) << "the environment is as it was";
+        EXPECT_TRUE(qEnvironmentVariableIsEmpty("HOME"));
+    }
+}
+
+TEST_F(UserFolders, AreUnknownWithARelativeHome) {
+    const ScopedVariable config("XDG_CONFIG_HOME", path().c_str());
+    const ScopedVariable home("HOME", "relative/home");
+    EXPECT_EQ(folders_.documents(), std::nullopt);
+    EXPECT_EQ(folders_.downloads(), std::nullopt);
+}
+
+}  // namespace

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "platform/fatal.h"
+#include "platform/services.h"
+
+namespace support {
+
+/// Gives the process a Documents and a Downloads folder of its own, both empty, for as long as the object
+/// lives. Only the folders of the installed services are replaced, and put back by the destructor, which also
+/// removes everything the test left behind.
+class TemporaryDocuments {
+ public:
+    TemporaryDocuments()
+        : previous_(platform::services()), root_(makeRoot()), folders_(std::make_shared<Folders>(root_)) {
+        std::filesystem::create_directories(path());
+        std::filesystem::create_directories(downloads());
+        install(folders_);
+    }
+
+    ~TemporaryDocuments() {
+        install(previous_.folders);
+        std::error_code ignored;
+        std::filesystem::remove_all(root_, ignored);
+    }
+
+    TemporaryDocuments(const TemporaryDocuments &) = delete;
+    TemporaryDocuments &operator=(const TemporaryDocuments &) = delete;
+
+    /// The Documents folder, absolute.
+    [[nodiscard]] std::filesystem::path path() const { return root_ / "Documents"; }
+    /// The Downloads folder, absolute.
+    [[nodiscard]] std::filesystem::path downloads() const { return root_ / "Downloads"; }
+    /// A folder above both, for things that must stay untouched outside Documents.
+    [[nodiscard]] std::filesystem::path root() const { return root_; }
+
+    /// From now on the platform knows no Documents folder (or knows it again); the folder itself stays.
+    void setDocumentsMissing(bool missing) { folders_->documentsMissing = missing; }
+    void setDownloadsMissing(bool missing) { folders_->downloadsMissing = missing; }
+
+ private:
+    class Folders final : public platform::UserFolders {
+     public:
+        explicit Folders(std::filesystem::path root) : root_(std::move(root)) {}
+
+        [[nodiscard]] std::optional<std::string> documents() const override {
+            if (documentsMissing) return std::nullopt;
+            return (root_ / "Documents").string();
+        }
+        [[nodiscard]] std::optional<std::string> downloads() const override {
+            if (downloadsMissing) return std::nullopt;
+            return (root_ / "Downloads").string();
+        }
+
+        bool documentsMissing = false;
+        bool downloadsMissing = false;
+
+     private:
+        std::filesystem::path root_;
+    };
+
+    /// A test that cannot have its folder must not fall back to somebody's real one.
+    static std::filesystem::path makeRoot() {
+        std::error_code error;
+        std::string name = (std::filesystem::temp_directory_path(error) / "documents-XXXXXX").string();
+        if (error || ::mkdtemp(name.data()) == nullptr) platform::fatalStop();
+        return std::filesystem::canonical(name);
+    }
+
+    static void install(std::shared_ptr<platform::UserFolders> folders) {
+        platform::Services services = platform::services();
+        services.folders = std::move(folders);
+        platform::installServices(std::move(services));
+    }
+
+    platform::Services previous_;
+    std::filesystem::path root_;
+    std::shared_ptr<Folders> folders_;
+};
+
+}  // namespace support

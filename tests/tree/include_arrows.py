@@ -1,0 +1,113 @@
+#!/usr/bin/env python3
+"""Refuses an include against the arrows between the project's folders.
+
+    include_arrows.py ROOT              checks the tree under ROOT
+    include_arrows.py ROOT --self-test  checks that wrong includes are found, on copies of ROOT's rules
+"""
+
+import pathlib
+import re
+import sys
+import tempfile
+
+# Folder -> what its files may include of the project, as path prefixes. The longest matching folder counts.
+ARROWS = {
+    "src/usb": ["usb/usb.h"],
+    "src/usb/libusb": ["usb/usb.h", "usb/libusb/"],
+    "src/uvc": ["uvc/", "usb/usb.h"],
+    "src/platform": ["platform/"],
+    "src/ptz": ["ptz/", "uvc/", "platform/"],
+    "src/scenes": ["scenes/", "platform/"],
+    "src/ui": ["ui/", "ptz/", "scenes/", "platform/"],
+    "src/app": ["app/", "ui/", "ptz/", "scenes/", "platform/"],
+    "simulator": ["simulator/", "usb/usb.h"],
+    "simulator/edition": ["simulator/", "app/", "scenes/", "platform/", "uvc/uvc_controller.h"],
+}
+
+# The entry points choose the backends, and nobody else does.
+ENTRY_POINTS = {"src/app/main.cpp": ["usb/libusb/libusb_registry.h", "uvc/uvc_controller.h"]}
+
+# Headers from outside -> the folders that may include them.
+OUTSIDE = [
+    (r"libusb", ["src/usb/libusb"]),
+    (r"linux/videodev2\.h|sys/ioctl\.h", ["src/usb/v4l2"]),
+    (r"openssl/", ["src/scenes"]),
+    (r"nlohmann/", ["src/scenes"]),
+    (r"Q[A-Z]\w*", ["src/platform/qt", "src/scenes", "src/ui", "src/app", "simulator/preview", "simulator/edition"]),
+]
+
+# The window's state and what the buttons do are tested without widgets, and know none.
+WITHOUT_WIDGETS = re.compile(r"src/ui/(content_view|scene_actions|modal_prompts|observable)\.(h|cpp)")
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
+
+
+def longest_folder(path, folders):
+    matching = [folder for folder in folders if path.startswith(folder + "/")]
+    return max(matching, key=len, default=None)
+
+
+def faults_of(path, text):
+    folder = longest_folder(path, ARROWS)
+    if folder is None:
+        return [f"{path}: a folder that no arrow is known of"]
+    faults = []
+    for bracket, name in INCLUDE.findall(text):
+        if bracket == '"':
+            allowed = ARROWS[folder] + ENTRY_POINTS.get(path, [])
+            if not any(name.startswith(prefix) for prefix in allowed):
+                faults.append(f'{path}: includes "{name}" against the arrows of {folder}')
+            continue
+        for pattern, folders in OUTSIDE:
+            if re.fullmatch(pattern + r".*", name) and longest_folder(path, folders) is None:
+                faults.append(f"{path}: <{name}> belongs to {', '.join(folders)}")
+        if WITHOUT_WIDGETS.fullmatch(path) and re.match(r"Q[A-Z]", name):
+            faults.append(f"{path}: <{name}> in a file that must do without Qt")
+    return faults
+
+
+def check(root):
+    faults, files = [], 0
+    for top in ("src", "simulator"):
+        for file in sorted((root / top).rglob("*")):
+            if file.suffix in (".h", ".cpp"):
+                files += 1
+                faults += faults_of(file.relative_to(root).as_posix(), file.read_text(encoding="utf-8"))
+    return faults, files
+
+
+def self_test():
+    wrong = {
+        "src/uvc/a.h": '#include "usb/libusb/libusb_registry.h"\n',
+        "src/uvc/b.cpp": "#include <QString>\n",
+        "src/ptz/a.cpp": '#include "scenes/scene_tree.h"\n',
+        "src/scenes/a.cpp": "  #  include <libusb-1.0/libusb.h>\n",
+        "src/ui/a.cpp": '#include "uvc/uvc_controller.h"\n',
+        "src/ui/content_view.h": "#include <QWidget>\n",
+        "src/app/a.cpp": '#include "usb/libusb/libusb_registry.h"\n',
+        "src/new/a.cpp": "",
+        "simulator/a.cpp": '#include "app/app_delegate.h"\n',
+    }
+    with tempfile.TemporaryDirectory() as folder:
+        root = pathlib.Path(folder)
+        for path, text in wrong.items():
+            (root / path).parent.mkdir(parents=True, exist_ok=True)
+            (root / path).write_text(text)
+        faults, _ = check(root)
+        missed = [path for path in wrong if not any(fault.startswith(path + ":") for fault in faults)]
+    return [f"a wrong include was not found in {path}" for path in missed]
+
+
+def main():
+    root = pathlib.Path(sys.argv[1])
+    faults = self_test() if "--self-test" in sys.argv else []
+    if not faults and "--self-test" not in sys.argv:
+        faults, files = check(root)
+        if files == 0:
+            faults = [f"no source files under {root}"]
+    print("\n".join(faults))
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <linux/usbdevice_fs.h>
+#include <sys/ioctl.h>
+#include <umockdev.h>
+
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <mutex>
+
+#include "simulator/camera_model.h"
+
+namespace fake {
+
+struct GObjectDeleter {
+    void operator()(void *object) const { g_object_unref(object); }
+};
+template <typename Object>
+using GObjectPtr = std::unique_ptr<Object, GObjectDeleter>;
+
+/// The kernel's side of one USB device node, as far as libusb uses it for control transfers: claims, and
+/// requests that are submitted, reaped and discarded. The camera behind it answers from umockdev's worker
+/// thread, so it must be left alone by the test while a request is under way.
+class UsbNode {
+ public:
+    explicit UsbNode(std::shared_ptr<simulator::CameraModel> camera);
+    ~UsbNode();
+    UsbNode(const UsbNode &) = delete;
+    UsbNode &operator=(const UsbNode &) = delete;
+
+    [[nodiscard]] UMockdevIoctlBase *handler() const { return handler_.get(); }
+
+    /// From now on every call answers ENODEV.
+    void pullOut();
+    /// From now on another driver holds the interfaces.
+    void holdElsewhere();
+    /// Answers to GET requests come one byte short.
+    void shortenAnswers();
+
+    [[nodiscard]] int claimedInterfaces() const;
+    /// Whether anybody has tried to take a driver off an interface.
+    [[nodiscard]] bool wasDetachTried() const;
+
+ private:
+    /// A request between submission and reaping.
+    struct Pending {
+        GObjectPtr<UMockdevIoctlData> urb;
+        GObjectPtr<UMockdevIoctlData> buffer;
+        bool finished = false;
+    };
+
+    static gboolean handleIoctl(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer self);
+
+    /// Each gives what the ioctl leaves in errno; 0: success.
+    int answer(UMockdevIoctlClient *client);
+    int tellCapabilities(UMockdevIoctlData *argument);
+    int claim(UMockdevIoctlData *argument);
+    int release(UMockdevIoctlData *argument);
+    int submit(UMockdevIoctlData *argument);
+    int discard(UMockdevIoctlData *argument);
+    int reap(UMockdevIoctlData *argument);
+    /// Lets the camera answer the transfer in `pending`, and fills in its status and length.
+    void transfer(Pending &pending);
+
+    GObjectPtr<UMockdevIoctlBase> handler_;
+    mutable std::mutex mutex_;
+    std::shared_ptr<simulator::CameraModel> camera_;
+    std::list<Pending> pending_;
+    std::uint32_t claimed_ = 0;  // a bit for each interface
+    bool gone_ = false;
+    bool heldElsewhere_ = false;
+    bool shortAnswers_ = false;
+    bool detachTried_ = false;
+};
+
+}  // namespace fake

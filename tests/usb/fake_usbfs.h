@@ -1,0 +1,69 @@
+#pragma once
+
+#include <umockdev.h>
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "simulator/camera_model.h"
+#include "usb/fake_usb_node.h"
+
+namespace fake {
+
+/// What one device shows of itself.
+struct DeviceImage {
+    std::vector<std::uint8_t> deviceDescriptor;
+    std::vector<std::uint8_t> configuration;
+    std::string product;     ///< empty: no such attribute
+    bool configured = true;  ///< false: no configuration is active
+};
+
+/// A machine's USB bus without the machine: a device tree in sysfs and device nodes in /dev/bus/usb, made by
+/// umockdev, behind which simulated cameras answer what the real libusb asks through ioctl. The program must
+/// run with umockdev's library preloaded. Hubs on the way to a port are added by themselves.
+class Usbfs {
+ public:
+    using Ports = std::vector<std::uint8_t>;
+
+    Usbfs();
+    ~Usbfs();
+    Usbfs(const Usbfs &) = delete;
+    Usbfs &operator=(const Usbfs &) = delete;
+
+    void plug(const std::shared_ptr<simulator::CameraModel> &camera, std::uint8_t bus, const Ports &ports);
+    void unplug(const std::shared_ptr<simulator::CameraModel> &camera);
+    /// Plugs in a device that stalls every request.
+    void plugImage(const DeviceImage &image, std::uint8_t bus, const Ports &ports);
+
+    /// The node behind a plugged camera.
+    [[nodiscard]] UsbNode &nodeOf(const std::shared_ptr<simulator::CameraModel> &camera);
+    /// The file that the camera's node has outside the fake machine.
+    [[nodiscard]] std::string nodeFileOf(const std::shared_ptr<simulator::CameraModel> &camera);
+    [[nodiscard]] int claimedInterfaces() const;
+
+ private:
+    struct Plugged {
+        std::string syspath;
+        std::string devnode;
+        std::unique_ptr<UsbNode> node;
+    };
+
+    /// Adds the hubs that `ports` needs and the device itself; its syspath and devnode.
+    std::pair<std::string, std::string> addDevice(const DeviceImage &image, std::uint8_t bus,
+                                                  const Ports &ports);
+    std::string addHubs(std::uint8_t bus, const Ports &ports);
+    std::string addToTree(const DeviceImage &image, const std::string &syspath, std::uint8_t bus, int number);
+
+    GObjectPtr<UMockdevTestbed> testbed_;
+    std::map<std::shared_ptr<simulator::CameraModel>, Plugged> cameras_;
+    std::vector<std::unique_ptr<UsbNode>> retired_;  // nodes of pulled devices, which handles may still ask
+    std::set<std::string> hubs_;
+    int lastDeviceNumber_ = 0;
+};
+
+}  // namespace fake

@@ -1,0 +1,171 @@
+#include "usb/libusb/libusb_registry.h"
+
+#include <libusb.h>
+#include <linux/capability.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include "usb/contract.h"
+#include "usb/fake_usbfs.h"
+#include "usb/libusb/libusb_outcome.h"
+
+namespace {
+
+using contract::Camera;
+using contract::CameraModel;
+using contract::interfacesOf;
+using contract::Ports;
+using usb::Outcome;
+
+using Bytes = std::vector<std::uint8_t>;
+
+/// Takes the rights to a file away: its mode, and root's privilege to ignore that.
+class WithoutRights {
+ public:
+    explicit WithoutRights(std::string path) : path_(std::move(path)) {
+        EXPECT_EQ(syscall(SYS_capget, &header_, before_.data()), 0);
+        auto without = before_;
+        without[0].effective &= ~(1u << CAP_DAC_OVERRIDE | 1u << CAP_DAC_READ_SEARCH);
+        EXPECT_EQ(syscall(SYS_capset, &header_, without.data()), 0);
+        EXPECT_EQ(chmod(path_.c_str(), 0), 0);
+    }
+    ~WithoutRights() {
+        EXPECT_EQ(chmod(path_.c_str(), 0600), 0);
+        EXPECT_EQ(syscall(SYS_capset, &header_, before_.data()), 0);
+    }
+    WithoutRights(const WithoutRights &) = delete;
+    WithoutRights &operator=(const WithoutRights &) = delete;
+
+ private:
+    std::string path_;
+    __user_cap_header_struct header_{_LINUX_CAPABILITY_VERSION_3, 0};
+    std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> before_{};
+};
+
+class LibusbRig : public contract::Rig {
+ public:
+    [[nodiscard]] const usb::DeviceRegistry &registry() const override { return *registry_; }
+    void dropRegistry() override { registry_.reset(); }
+
+    void plug(const Camera &camera, std::uint8_t bus, const Ports &ports) override {
+        usbfs.plug(camera, bus, ports);
+    }
+    void unplug(const Camera &camera) override { usbfs.unplug(camera); }
+    void plugKeyboard(std::uint8_t bus, const Ports &ports) override {
+        const Bytes device{0x12, 0x01, 0x00, 0x02, 0x00, 0x00, 0x00, 0x08, 0x27,
+                           0x06, 0x01, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00, 0x01};
+        const Bytes configuration{0x09, 0x02, 0x22, 0x00, 0x01, 0x01, 0x00, 0xA0, 0x32, 0x09, 0x04, 0x00,
+                                  0x00, 0x01, 0x03, 0x01, 0x01, 0x00, 0x09, 0x21, 0x11, 0x01, 0x00, 0x01,
+                                  0x22, 0x3F, 0x00, 0x07, 0x05, 0x81, 0x03, 0x08, 0x00, 0x0A};
+        usbfs.plugImage({device, configuration, "Teclado", true}, bus, ports);
+    }
+
+    void holdElsewhere(const Camera &camera) override { usbfs.nodeOf(camera).holdElsewhere(); }
+    void withoutRights(const Camera &camera, const std::function<void()> &action) override {
+        const WithoutRights guard(usbfs.nodeFileOf(camera));
+        action();
+    }
+
+    [[nodiscard]] int openInterfaces() const override { return usbfs.claimedInterfaces(); }
+
+    fake::Usbfs usbfs;
+
+ private:
+    std::unique_ptr<usb::LibusbRegistry> registry_ = std::make_unique<usb::LibusbRegistry>();
+};
+
+}  // namespace
+
+namespace contract {
+INSTANTIATE_TYPED_TEST_SUITE_P(Libusb, RegistryContract, LibusbRig);
+}  // namespace contract
+
+namespace {
+
+TEST(LibusbOutcome, TellsTheFailuresApart) {
+    const std::vector<std::pair<int, Outcome>> rows{
+        {LIBUSB_SUCCESS, Outcome::done},
+        {8, Outcome::done},
+        {LIBUSB_ERROR_PIPE, Outcome::refused},
+        {LIBUSB_ERROR_TIMEOUT, Outcome::timedOut},
+        {LIBUSB_ERROR_NO_DEVICE, Outcome::disconnected},
+        {LIBUSB_ERROR_ACCESS, Outcome::denied},
+        {LIBUSB_ERROR_BUSY, Outcome::busy},
+        {LIBUSB_ERROR_IO, Outcome::failed},
+        {LIBUSB_ERROR_NOT_FOUND, Outcome::failed},
+        {LIBUSB_ERROR_OVERFLOW, Outcome::failed},
+        {LIBUSB_ERROR_OTHER, Outcome::failed},
+        {-1000, Outcome::failed},
+    };
+    for (const auto &[result, outcome] : rows) EXPECT_EQ(usb::outcomeOf(result), outcome) << result;
+}
+
+class LibusbRegistryTest : public testing::Test {
+ protected:
+    /// The interface of a device with the camera's device descriptor and this configuration behind the
+    /// header.
+    std::unique_ptr<usb::VideoControl> interfaceOf(const Bytes &behindHeader, bool configured = true) {
+        const auto size = static_cast<std::uint8_t>(9 + behindHeader.size());
+        Bytes configuration{0x09, 0x02, size, 0x00, 0x02, 0x01, 0x00, 0x80, 0x32};
+        configuration.insert(configuration.end(), behindHeader.begin(), behindHeader.end());
+        rig.usbfs.plugImage({CameraModel().deviceDescriptor(), configuration, "", configured}, 1, {1});
+        auto interfaces = interfacesOf(rig);
+        return interfaces.empty() ? nullptr : std::move(interfaces.front());
+    }
+
+    LibusbRig rig;
+    Camera camera = std::make_shared<CameraModel>();
+    std::array<std::uint8_t, 2> zoom{};
+};
+
+const Bytes kVendorInterface{0x09, 0x04, 0x00, 0x00, 0x00, 0xFF, 0x01, 0x00, 0x00};
+
+TEST_F(LibusbRegistryTest, TakesTheFirstVideoControlSettingEvenIfItIsAnAlternateOne) {
+    Bytes bytes = kVendorInterface;
+    const Bytes more{0x09, 0x04, 0x03, 0x00, 0x00, 0x0E, 0x02, 0x00, 0x00,  // streaming: not this one
+                     0x09, 0x04, 0x03, 0x01, 0x00, 0x0E, 0x01, 0x07, 0x00,  // some protocol
+                     0x05, 0x24, 0x01, 0xAA, 0xBB};
+    bytes.insert(bytes.end(), more.begin(), more.end());
+    const auto control = interfaceOf(bytes);
+    ASSERT_NE(control, nullptr);
+    EXPECT_EQ(control->interfaceNumber(), 3);
+    EXPECT_THAT(control->classDescriptors(), testing::ElementsAre(0x05, 0x24, 0x01, 0xAA, 0xBB));
+}
+
+TEST_F(LibusbRegistryTest, FindsClassDescriptorsMisplacedBehindTheEndpoint) {
+    const auto control = interfaceOf({0x09, 0x04, 0x00, 0x00, 0x01, 0x0E, 0x01, 0x00, 0x00,  //
+                                      0x07, 0x05, 0x81, 0x03, 0x10, 0x00, 0x08,              //
+                                      0x05, 0x24, 0x01, 0xAA, 0xBB});
+    ASSERT_NE(control, nullptr);
+    EXPECT_THAT(control->classDescriptors(), testing::ElementsAre(0x05, 0x24, 0x01, 0xAA, 0xBB));
+}
+
+TEST_F(LibusbRegistryTest, FindsNothingWhereNoConfigurationIsActive) {
+    EXPECT_EQ(interfaceOf({0x09, 0x04, 0x00, 0x00, 0x00, 0x0E, 0x01, 0x00, 0x00}, false), nullptr);
+    const auto device = contract::deviceAt(rig, 0x01100000);
+    ASSERT_NE(device, nullptr);
+    EXPECT_EQ(device->vendorId(), 0x2574);
+    EXPECT_EQ(device->registryName(), std::nullopt);
+}
+
+TEST_F(LibusbRegistryTest, NeverTakesADriverOffTheInterface) {
+    rig.plug(camera, 1, {2});
+    rig.holdElsewhere(camera);
+    const auto interfaces = interfacesOf(rig);
+    ASSERT_EQ(interfaces.size(), 1u);
+    EXPECT_EQ(interfaces.front()->open(), Outcome::busy);
+    EXPECT_FALSE(rig.usbfs.nodeOf(camera).wasDetachTried());
+}
+
+TEST_F(LibusbRegistryTest, TakesAShortAnswerForAFailure) {
+    rig.plug(camera, 1, {2});
+    rig.usbfs.nodeOf(camera).shortenAnswers();
+    const auto interfaces = interfacesOf(rig);
+    ASSERT_EQ(interfaces.size(), 1u);
+    ASSERT_EQ(interfaces.front()->open(), Outcome::done);
+    EXPECT_EQ(interfaces.front()->controlRequest(contract::kGetZoom, zoom), Outcome::failed);
+    EXPECT_EQ(camera->transfers().size(), 1u);
+}
+
+}  // namespace
