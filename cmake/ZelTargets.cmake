@@ -1,4 +1,4 @@
-# Compiler settings shared by every target, and the two functions that make one.
+# Compiler settings shared by every target, and the functions that make one.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -18,6 +18,14 @@ function(zel_library name)
     target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}")
     target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
     target_link_libraries(${name} PRIVATE zel_build_settings PUBLIC ${ARG_LINKS})
+endfunction()
+
+# zel_program(NAME SOURCES ... [LINKS ...]): a program that people start, in the build folder's bin/.
+function(zel_program name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE zel_build_settings ${ARG_LINKS})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_BINDIR}")
 endfunction()
 
 # zel_test(NAME SOURCES ... [LINKS ...] [MAIN_LIBRARY lib]): one gtest program whose cases CTest lists one by one.

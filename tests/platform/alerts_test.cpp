@@ -37,7 +37,7 @@ std::optional<AlertAnswer> answerOf(const Alert &alert, const std::function<void
             dialog->done(QDialog::Rejected);
         }
     });
-    const AlertAnswer answer = platform::QtAlerts().run(alert);
+    const AlertAnswer answer = platform::QtAlerts("Cámara de pruebas").run(alert);
     EXPECT_TRUE(acted) << "no modal alert was shown";
     return unanswered ? std::nullopt : std::optional(answer);
 }
@@ -153,7 +153,6 @@ TEST(Alerts, ShowTheirTextsPlainlyAndWhole) {
 }
 
 TEST(Alerts, NameTheirWindowAndField) {
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Cámara de pruebas"));
     static_cast<void>(answerOf(kQuestion, [](QDialog &dialog) {
         EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Cámara de pruebas"));
         EXPECT_EQ(part<QLineEdit>(dialog, "alertField").accessibleName(),
@@ -165,7 +164,6 @@ TEST(Alerts, NameTheirWindowAndField) {
         EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Versión 1.2"));
         kClose(dialog);
     }));
-    QGuiApplication::setApplicationDisplayName(QString());
 }
 
 TEST(Alerts, SurviveTheEndOfTheWindowBehind) {
@@ -177,7 +175,7 @@ TEST(Alerts, SurviveTheEndOfTheWindowBehind) {
         ended = QApplication::activeModalWidget() != nullptr;
         window.reset();
     });
-    const AlertAnswer answer = platform::QtAlerts().run(kConfirm);
+    const AlertAnswer answer = platform::QtAlerts("Cámara de pruebas").run(kConfirm);
     EXPECT_TRUE(ended);
     EXPECT_FALSE(answer.isFirstButton()) << "nobody confirmed anything";
 }

@@ -100,6 +100,10 @@ struct Failure {
     const char *writeError;
 };
 
+void PrintTo(const Failure &failure, std::ostream *out) {
+    *out << failure.name;
+}
+
 class FailingCamera : public testing::TestWithParam<Failure> {};
 
 TEST_P(FailingCamera, SaysWhichControlFailed) {

@@ -73,10 +73,9 @@ QFont scaled(QFont font, double factor) {
 
 }  // namespace
 
-AlertDialog::AlertDialog(const Alert &alert, QWidget *parent) : QDialog(parent) {
+AlertDialog::AlertDialog(const Alert &alert, const QString &defaultTitle, QWidget *parent) : QDialog(parent) {
     setObjectName(QStringLiteral("alert"));
-    setWindowTitle(alert.windowTitle ? QString::fromStdString(*alert.windowTitle)
-                                     : QGuiApplication::applicationDisplayName());
+    setWindowTitle(alert.windowTitle ? QString::fromStdString(*alert.windowTitle) : defaultTitle);
     setWindowModality(Qt::ApplicationModal);
     // Above the save panel, which stays on top too: an alert under it would freeze the program for no visible
     // reason.

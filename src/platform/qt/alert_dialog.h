@@ -18,7 +18,8 @@ class AlertDialog final : public QDialog {
     Q_OBJECT
 
  public:
-    AlertDialog(const Alert &alert, QWidget *parent);
+    /// `defaultTitle` is for alerts without a title of their own.
+    AlertDialog(const Alert &alert, const QString &defaultTitle, QWidget *parent);
 
     /// What the user answered; before that, what Escape would answer.
     [[nodiscard]] AlertAnswer answer() const;

@@ -22,7 +22,7 @@ QWidget *windowBehind() {
 }  // namespace
 
 AlertAnswer QtAlerts::run(const Alert &alert) {
-    auto dialog = std::make_unique<AlertDialog>(alert, windowBehind());
+    auto dialog = std::make_unique<AlertDialog>(alert, QString::fromStdString(defaultTitle_), windowBehind());
     const QPointer<AlertDialog> alive(dialog.get());
     // A camera that fails while the alert is opening must find it raised, not behind the window.
     dialog->show();

@@ -2,6 +2,9 @@
 
 #include "platform/services.h"
 
+#include <string>
+#include <utility>
+
 namespace platform {
 
 /// Alerts as Qt dialogs. Needs a QApplication, but neither a main window nor a running event loop.
@@ -12,7 +15,13 @@ namespace platform {
 /// nothing.
 class QtAlerts final : public Alerts {
  public:
+    /// `defaultTitle`: title of the window of an alert that brings none.
+    explicit QtAlerts(std::string defaultTitle = {}) : defaultTitle_(std::move(defaultTitle)) {}
+
     [[nodiscard]] AlertAnswer run(const Alert &alert) override;
+
+ private:
+    std::string defaultTitle_;
 };
 
 }  // namespace platform

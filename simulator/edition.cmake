@@ -1,0 +1,6 @@
+# The simulated edition: the product's own window and store code on a camera inside the program.
+zel_library(simulator_store SOURCES edition/sample_store.cpp edition/sample_store.h LINKS scenes)
+
+zel_program(zelvoria-camara-simulada
+    SOURCES edition/main.cpp
+    LINKS app simulator simulator_preview simulator_store)

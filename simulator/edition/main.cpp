@@ -1,0 +1,73 @@
+#include <QApplication>
+#include <QDir>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTimer>
+#include <memory>
+
+#include "app/app_delegate.h"
+#include "app/main_window.h"
+#include "app/product.h"
+#include "platform/qt/desktop.h"
+#include "platform/services.h"
+#include "simulator/camera_model.h"
+#include "simulator/edition/sample_store.h"
+#include "simulator/preview/preview_window.h"
+#include "simulator/simulated_registry.h"
+#include "uvc/uvc_controller.h"
+
+namespace {
+
+/// Documents and Downloads inside one folder, so that nothing of the user's is touched.
+class FoldersInside : public platform::UserFolders {
+ public:
+    explicit FoldersInside(const QDir &base) : base_(base) {}
+
+    [[nodiscard]] std::optional<std::string> documents() const override { return inside(u"Documentos"); }
+    [[nodiscard]] std::optional<std::string> downloads() const override { return inside(u"Descargas"); }
+
+ private:
+    [[nodiscard]] std::string inside(QStringView name) const {
+        base_.mkpath(name.toString());
+        return base_.absoluteFilePath(name.toString()).toStdString();
+    }
+
+    QDir base_;
+};
+
+/// The preview stands right below the window, so that both are seen at once.
+void placeBelow(QWidget &preview, const QWidget &window) {
+    const QRect frame = window.frameGeometry();
+    preview.move(frame.left(), frame.bottom() + 1);
+}
+
+}  // namespace
+
+/// zelvoria-camara-simulada [FOLDER]: FOLDER takes the store and all that the program remembers.
+int main(int argc, char *argv[]) {
+    QApplication application(argc, argv);
+    const QString fallback = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                             QStringLiteral("/zelvoria-camara-simulada");
+    const QDir folder(QDir(argc > 1 ? QString::fromLocal8Bit(argv[1]) : fallback).absolutePath());
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.absolutePath());
+    platform::startDesktop(application, product::kApplicationName);
+    auto services = platform::services();
+    services.folders = std::make_shared<FoldersInside>(folder);
+    platform::installServices(services);
+
+    const auto camera = std::make_shared<simulator::CameraModel>();
+    const auto bus = std::make_shared<simulator::SimulatedRegistry>();
+    bus->plug(camera, 1, {1});
+    UVCController::useDeviceRegistry(bus);
+    simulator::writeSampleStore();
+
+    AppDelegate delegate;
+    simulator::PreviewWindow preview(camera);
+    QObject::connect(&application, &QApplication::aboutToQuit, [&] { delegate.applicationWillTerminate(); });
+    QTimer::singleShot(0, [&] {
+        delegate.applicationDidFinishLaunching();
+        preview.show();
+        QTimer::singleShot(200, [&] { placeBelow(preview, *delegate.mainWindow()); });
+    });
+    return QApplication::exec();
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <string>
+
+class ContentView;
+class MainWindow;
+
+/// Receives what the platform and the menu have to say. Builds the view and the one window when launching has
+/// finished; both then stay for the life of the process. Lives on the user-interface thread.
+class AppDelegate {
+ public:
+    AppDelegate();
+    ~AppDelegate();
+    AppDelegate(const AppDelegate &) = delete;
+    AppDelegate &operator=(const AppDelegate &) = delete;
+
+    /// Loads the store, sends the camera to the first scene, and shows the window. Called once.
+    void applicationDidFinishLaunching();
+    /// Does nothing: every change is on disk already, and the camera stays where it is.
+    void applicationWillTerminate();
+
+    void ImportPresets();
+    void ExportPresets();
+    void PaginaZEL();
+    void AcercaDe();
+    void PaginaMultimodal();
+
+    /// One display unit (pan, tilt) or 10 raw units (zoom) at a time: finer than the window's buttons.
+    /// Nothing happens before launching has finished, and nothing is clamped: the camera limits the movement.
+    void Mover_Izquierda_Delegate();
+    void Mover_Derecha_Delegate();
+    void Mover_Arriba_Delegate();
+    void Mover_Abajo_Delegate();
+    void Mover_ZoomIn_Delegate();
+    void Mover_ZoomOut_Delegate();
+
+    /// The main window; null until launching has finished.
+    [[nodiscard]] MainWindow *mainWindow() const { return window.get(); }
+
+ private:
+    void moveBy(std::int64_t panStep, std::int64_t tiltStep);
+    void zoomBy(std::int64_t step);
+
+    // In this order: the window draws the view and must go first.
+    std::unique_ptr<ContentView> myContentView;
+    std::unique_ptr<MainWindow> window;
+};

@@ -1,0 +1,62 @@
+#include "app/main_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QIcon>
+#include <QMenuBar>
+#include <QScreen>
+#include <QStyle>
+
+#include "ui/content_widget.h"
+
+namespace {
+
+// What is asked for; the limits of the content win.
+constexpr QSize kContentSize(480, 300);
+
+}  // namespace
+
+MainWindow::MainWindow(AppDelegate &delegate)
+    : menu_(delegate), strip_(menu_), frame_(this, QStringLiteral("Main Window")) {
+    setObjectName(QStringLiteral("mainWindow"));
+    menuBar()->setNativeMenuBar(false);
+    menu_.fill(*menuBar());
+    limitSize();
+    resize(kContentSize.expandedTo(minimumSize()).boundedTo(maximumSize()));
+}
+
+void MainWindow::centre() {
+    setGeometry(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, size(), screen()->availableGeometry()));
+}
+
+void MainWindow::restoreFrame() {
+    frame_.restore();
+}
+
+void MainWindow::setContent(ContentView &view) {
+    setCentralWidget(new ContentWidget(view, this));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/AppIcon.svg")));
+}
+
+void MainWindow::makeKeyAndOrderFront() {
+    show();
+    raise();
+    activateWindow();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event) {
+    event->accept();
+    strip_.showAt(pos());
+}
+
+void MainWindow::changeEvent(QEvent *event) {
+    QMainWindow::changeEvent(event);
+    // The menu bar's height moves with the font and the style.
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) limitSize();
+}
+
+void MainWindow::limitSize() {
+    const int height = ContentWidget::kHeight + menuBar()->sizeHint().height();
+    setMinimumSize(ContentWidget::kMinimumWidth, height);
+    setMaximumSize(ContentWidget::kMaximumWidth, height);
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+
+#include "app/main_menu.h"
+#include "app/menu_strip.h"
+#include "platform/qt/window_frame.h"
+
+class AppDelegate;
+class ContentView;
+
+/// The one window. Its content is 600 to 800 wide and exactly 200 high; the menu bar comes on top of that.
+/// Closing it does not end the program: the menu bar then stays on the screen as a slim window of its own.
+class MainWindow : public QMainWindow {
+ public:
+    /// `delegate` receives the menu's commands and must outlive the window.
+    explicit MainWindow(AppDelegate &delegate);
+
+    void centre();
+    /// Goes where the window was when it was last used, if that is on a screen.
+    void restoreFrame();
+    /// Shows `view`, which must outlive the window, as the window's content.
+    void setContent(ContentView &view);
+    void makeKeyAndOrderFront();
+
+ protected:
+    void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+ private:
+    void limitSize();
+
+    MainMenu menu_;
+    MenuStrip strip_;
+    platform::WindowFrame frame_;
+};

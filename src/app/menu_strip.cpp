@@ -1,0 +1,39 @@
+#include "app/menu_strip.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QVBoxLayout>
+
+#include "app/main_menu.h"
+#include "app/product.h"
+
+namespace {
+
+constexpr int kWidth = 360;
+
+}  // namespace
+
+MenuStrip::MenuStrip(const MainMenu &menu) : bar_(new QMenuBar(this)) {
+    setObjectName(QStringLiteral("menuStrip"));
+    setWindowTitle(QString::fromUtf8(product::kApplicationName));
+    bar_->setNativeMenuBar(false);
+    menu.fill(*bar_);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(bar_);
+}
+
+void MenuStrip::showAt(QPoint position) {
+    setFixedSize(kWidth, bar_->sizeHint().height());
+    move(position);
+    show();
+    raise();
+    activateWindow();
+}
+
+void MenuStrip::closeEvent(QCloseEvent *event) {
+    event->accept();
+    QApplication::quit();
+}

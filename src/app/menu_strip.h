@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QWidget>
+
+class MainMenu;
+class QMenuBar;
+
+/// The menu bar on its own, shown when the main window has been closed, so that nobody is left with a program
+/// they cannot reach. Closing it quits.
+class MenuStrip : public QWidget {
+ public:
+    explicit MenuStrip(const MainMenu &menu);
+
+    /// Shows the strip with its top left corner at `position` on the screen.
+    void showAt(QPoint position);
+
+ protected:
+    void closeEvent(QCloseEvent *event) override;
+
+ private:
+    QMenuBar *bar_;
+};

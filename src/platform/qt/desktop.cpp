@@ -1,0 +1,43 @@
+#include "platform/qt/desktop.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <memory>
+
+#include "platform/command_shell.h"
+#include "platform/qt/qt_alerts.h"
+#include "platform/qt/qt_file_panels.h"
+#include "platform/qt/qt_user_folders.h"
+#include "platform/qt/qt_web_pages.h"
+#include "platform/qt/spanish.h"
+#include "platform/services.h"
+
+namespace platform {
+namespace {
+
+/// Where the package keeps its own commands: beside the folder that the program was installed to.
+std::string toolsFolder() {
+    const QDir programs(QCoreApplication::applicationDirPath());
+    return QDir::cleanPath(programs.filePath(QStringLiteral("../libexec/zelvoria-camara"))).toStdString();
+}
+
+}  // namespace
+
+void startDesktop(QApplication &application, const char *title) {
+    QCoreApplication::setOrganizationName(QStringLiteral("Zelvoria"));
+    QCoreApplication::setApplicationName(
+        QFileInfo(QCoreApplication::applicationFilePath()).completeBaseName());
+    // No display name: X11 windows would carry it behind their own titles.
+    QGuiApplication::setDesktopFileName(QCoreApplication::applicationName());
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    speakSpanish(application);
+
+    installServices({.alerts = std::make_shared<QtAlerts>(title),
+                     .folders = std::make_shared<QtUserFolders>(),
+                     .panels = std::make_shared<QtFilePanels>(),
+                     .shell = std::make_shared<BashShell>(toolsFolder()),
+                     .webPages = std::make_shared<QtWebPages>()});
+}
+
+}  // namespace platform

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "ui/observable.h"
+
+/// The main window's state, and the cascade that rebuilds the three lists and sends the camera to the
+/// selected scene. No widget is known here: what draws the state subscribes to its fields. The names that the
+/// pickers show are the globals of scenes/scene_tree.h.
+///
+/// Every refresh runs downwards: centres, rooms, scenes, camera. It selects the first entry of each level
+/// that it rebuilds and ends with at most one pan/tilt set and one zoom set. It never keeps a selection by
+/// name. An index outside its list, or a name missing from the tree, is a fatal stop.
+class ContentView {
+ public:
+    /// Loads the scene tree from disk and refreshes everything: the camera goes to the first scene.
+    ContentView();
+    ContentView(const ContentView &) = delete;
+    ContentView &operator=(const ContentView &) = delete;
+
+    Observable<bool> showDetails{false};
+    Observable<double> SliderPanValue{0};
+    Observable<double> SliderTiltValue{0};
+    Observable<double> SliderZoomValue{0};
+    /// Indices into ListaGrupos, ListaSubgrupos and ListaEscenas. -1 in the last two: nothing selected.
+    Observable<std::int64_t> selectedGrupo{0};
+    Observable<std::int64_t> selectedSubgrupo{0};
+    Observable<std::int64_t> selectedEscena{0};
+    Observable<bool> isShowingAlert{false};
+    Observable<std::string> alertInput{""};
+    Observable<bool> ListaSubgrupoDisabled{true};
+    Observable<bool> ListaEscenasDisabled{true};
+    Observable<bool> buttonRemoveSubgrupoDisabled{true};
+    Observable<bool> buttonAddEscenaDisabled{true};
+    Observable<bool> buttonRemoveEscenaDisabled{true};
+
+    /// Rebuilds the centre list and everything below it.
+    void actualizarGrupos();
+    /// Rebuilds the room list of the selected centre and everything below it. A centre without rooms leaves
+    /// the camera where it is.
+    void actualizarSubgrupos();
+    /// Rebuilds the scene list of the selected room and applies its first scene. A room without scenes leaves
+    /// the camera where it is.
+    void actualizarEscenas();
+    /// Sends the camera to the selected scene.
+    void PickerEscenaChanged();
+
+    /// Changes the zoom by `avance` raw units (see ptz/camera_motion.h).
+    void ZoomMove(std::int64_t avance);
+
+    /// Calls `observer` after every write to any field.
+    void observeAllFields(const std::function<void()> &observer);
+
+ private:
+    void clearRoomsAndBelow();
+};

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QWidget>
+#include <vector>
+
+class ContentView;
+class Picker;
+class QPushButton;
+
+/// Draws a ContentView: logos and nudge buttons on the left, the three pickers with their add and delete
+/// buttons on the right. 600 to 800 wide, exactly 200 high. However many fields a refresh writes, it redraws
+/// once.
+class ContentWidget : public QWidget {
+ public:
+    static constexpr int kMinimumWidth = 600;
+    static constexpr int kMaximumWidth = 800;
+    static constexpr int kHeight = 200;
+
+    /// `view` and this widget belong together for the life of the process: from here on the view's fields
+    /// tell this widget of every write.
+    explicit ContentWidget(ContentView &view, QWidget *parent = nullptr);
+
+ private:
+    struct Row {
+        Picker *picker = nullptr;
+        QPushButton *add = nullptr;
+        QPushButton *remove = nullptr;
+    };
+
+    QWidget *makeLeftColumn();
+    QWidget *makeRightColumn();
+    void connectRows();
+    void setTabOrderLikeTheEye();
+    void scheduleRedraw();
+    void redraw();
+
+    ContentView &view_;
+    Row centre_;
+    Row room_;
+    Row scene_;
+    std::vector<QPushButton *> nudges_;
+    bool redrawPending_ = false;
+};

@@ -1,0 +1,31 @@
+#include "ui/logo_label.h"
+
+#include <QPainter>
+#include <QSvgRenderer>
+
+// Resources of a static library are dropped by the linker unless somebody asks for them; outside any
+// namespace.
+static void initAssets() {
+    Q_INIT_RESOURCE(assets);
+}
+
+namespace {
+
+constexpr int kMargin = 4;
+
+}  // namespace
+
+LogoLabel::LogoLabel(const QString &asset, QSize pictureSize, const QString &accessibleName, QWidget *parent)
+    : QWidget(parent), asset_(asset) {
+    initAssets();
+    setFixedSize(pictureSize + QSize(2 * kMargin, 2 * kMargin));
+    setAccessibleName(accessibleName);
+}
+
+void LogoLabel::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.fillRect(rect(), Qt::white);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QSvgRenderer picture(asset_);
+    picture.render(&painter, QRectF(rect()).adjusted(kMargin, kMargin, -kMargin, -kMargin));
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QPixmap>
+#include <QString>
+#include <QWidget>
+
+/// One of the two logos: the picture at a fixed size with 4 pixels of white around it, in dark palettes too
+/// (the artwork is drawn for white).
+class LogoLabel : public QWidget {
+ public:
+    LogoLabel(const QString &asset, QSize pictureSize, const QString &accessibleName,
+              QWidget *parent = nullptr);
+
+ protected:
+    void paintEvent(QPaintEvent *event) override;
+
+ private:
+    QString asset_;
+};

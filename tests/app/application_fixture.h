@@ -1,0 +1,136 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QSettings>
+#include <QTest>
+#include <optional>
+
+#include "app/app_delegate.h"
+#include "app/main_window.h"
+#include "platform/command_shell.h"
+#include "scenes/scene_file.h"
+#include "scenes/scene_tree.h"
+#include "support/answered_alerts.h"
+#include "support/simulated_camera.h"
+#include "support/temporary_documents.h"
+
+/// The whole application on a simulated camera, a temporary Documents folder and prepared answers: what a
+/// person would click is clicked, and then the camera is asked where it points and the disk what it holds.
+class ApplicationTest : public testing::Test {
+ protected:
+    /// File panels that answer at once with what was prepared; nothing prepared: cancelled.
+    struct AnsweredPanels : platform::FilePanels {
+        void beginSavePanel(const std::string &name, std::function<void(std::string)> chosen) override {
+            presetName = name;
+            if (savePath) chosen(*savePath);
+        }
+        std::optional<std::string> runOpenPanel(const std::string &panelTitle,
+                                                const std::optional<std::string> &folder) override {
+            title = panelTitle;
+            startFolder = folder;
+            return openPath;
+        }
+        std::string presetName;
+        std::string title;
+        std::optional<std::string> startFolder;
+        std::optional<std::string> savePath;
+        std::optional<std::string> openPath;
+    };
+
+    struct RecordedPages : platform::WebPages {
+        void open(const std::string &address) override { opened.push_back(address); }
+        std::vector<std::string> opened;
+    };
+
+    ApplicationTest() {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                           QString::fromStdString((documents_.root() / "state").string()));
+        auto services = platform::services();
+        services.panels = panels_;
+        services.webPages = pages_;
+        services.shell = std::make_shared<platform::BashShell>(ZEL_TOOLS_FOLDER);
+        platform::installServices(services);
+    }
+
+    void launch() {
+        delegate_.emplace();
+        delegate_->applicationDidFinishLaunching();
+        QCoreApplication::processEvents();
+        bench_.camera->forgetTransfers();
+    }
+
+    /// Ends the program and starts it anew: nothing but the disk and the camera remembers.
+    void restart() {
+        delegate_.reset();
+        Gruposss.clear();
+        launch();
+    }
+
+    template <typename Widget>
+    Widget *find(const char *name) {
+        return delegate_->mainWindow()->findChild<Widget *>(QLatin1String(name));
+    }
+
+    void click(const char *name) {
+        QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton);
+        QCoreApplication::processEvents();
+    }
+
+    void choose(const char *name, const char *entry) {
+        auto *box = find<QComboBox>(name);
+        const int index = box->findText(QString::fromUtf8(entry));
+        ASSERT_GE(index, 0) << entry;
+        while (box->currentIndex() != index)
+            QTest::keyClick(box, box->currentIndex() < index ? Qt::Key_Down : Qt::Key_Up);
+        QCoreApplication::processEvents();
+    }
+
+    QStringList entries(const char *name) {
+        QStringList texts;
+        const auto *box = find<QComboBox>(name);
+        for (int i = 0; i < box->count(); ++i) texts.append(box->itemText(i));
+        return texts;
+    }
+
+    /// Every command of the menu, in its order.
+    QList<QAction *> menuCommands() {
+        QList<QAction *> commands;
+        for (QAction *menu : delegate_->mainWindow()->menuBar()->actions())
+            for (QAction *command : menu->menu()->actions())
+                if (!command->isSeparator()) commands.append(command);
+        return commands;
+    }
+
+    void command(const char *name) {
+        for (QAction *action : menuCommands())
+            if (action->objectName() == QLatin1String(name)) return action->trigger();
+        ADD_FAILURE() << "no command " << name;
+    }
+
+    static ManualPreset scene(const std::string &name, std::int64_t pan, std::int64_t tilt,
+                              std::int64_t zoom) {
+        ManualPreset preset;
+        preset.Name = name;
+        preset.Pan = pan;
+        preset.Tilt = tilt;
+        preset.Zoom = zoom;
+        return preset;
+    }
+
+    [[nodiscard]] bool onDisk(const std::string &path) const {
+        return std::filesystem::exists(documents_.path() / path);
+    }
+
+    support::TemporaryDocuments documents_;
+    support::SimulatedCamera bench_;
+    support::AnsweredAlerts alerts_;
+    std::shared_ptr<AnsweredPanels> panels_ = std::make_shared<AnsweredPanels>();
+    std::shared_ptr<RecordedPages> pages_ = std::make_shared<RecordedPages>();
+    std::optional<AppDelegate> delegate_;
+};

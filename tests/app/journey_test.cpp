@@ -1,0 +1,135 @@
+#include <gmock/gmock.h>
+
+#include <QTimer>
+#include <fstream>
+
+#include "application_fixture.h"
+#include "platform/qt/qt_alerts.h"
+
+namespace {
+
+using Journey = ApplicationTest;
+
+TEST_F(Journey, FromAnEmptyStoreToASavedSceneThatIsThereTomorrow) {
+    launch();
+    EXPECT_EQ(bench_.panTiltSets(), 0);
+
+    alerts_.accept("Norte");
+    click("buttonAddCentro");
+    choose("pickerCentro", "Norte");
+    alerts_.accept("Aula Ñ");
+    click("buttonAddAula");
+    click("buttonDerecha");
+    click("buttonArriba");
+    click("buttonAcercar");
+    alerts_.accept("Pizarra");
+    click("buttonAddEscena");
+    for (int i = 0; i < 3; ++i) click("buttonIzquierda");
+    alerts_.accept("Puerta");
+    click("buttonAddEscena");
+    EXPECT_EQ(bench_.camera->target().pan, 28800);
+    EXPECT_EQ(FileToPreset("Presets/Norte/Aula Ñ.presets"),
+              (std::vector{scene("Pizarra", 8, 5, 40), scene("Puerta", -16, 5, 40)}));
+
+    restart();
+    choose("pickerCentro", "Norte");
+    choose("pickerEscena", "Puerta");
+    EXPECT_EQ(bench_.camera->target().pan, -57600);
+    EXPECT_EQ(bench_.camera->target().zoom, 40);
+
+    alerts_.accept();
+    click("buttonRemoveEscena");
+    alerts_.accept();
+    click("buttonRemoveAula");
+    alerts_.accept();
+    click("buttonRemoveCentro");
+    EXPECT_TRUE(onDisk("Presets"));
+    EXPECT_TRUE(std::filesystem::is_empty(documents_.path() / "Presets"));
+}
+
+TEST_F(Journey, ExportImportAndRestartBringTheStoreOneLevelDeeper) {
+    PresetToFile("Presets/x.presets", {});  // refused: there is no folder yet
+    crearDirectorioSiNoExiste("Presets/Norte");
+    PresetToFile("Presets/Norte/Sala.presets", {scene("Uno", 1, 2, 3)});
+    PresetToFile("Presets/Suelta.presets", {scene("Dos", 4, 5, 6)});
+    launch();
+    panels_->savePath = (documents_.downloads() / "copia").string();
+    command("ExportPresets");
+    ASSERT_TRUE(std::filesystem::exists(documents_.downloads() / "copia.prs"));
+
+    alerts_.accept();
+    choose("pickerCentro", "Norte");
+    click("buttonRemoveCentro");
+    panels_->openPath = (documents_.downloads() / "copia.prs").string();
+    for (int i = 0; i < 3; ++i) alerts_.accept();
+    command("ImportPresets");
+    EXPECT_EQ(entries("pickerCentro"), QStringList({" Sin grupo"}));  // only after a restart
+    restart();
+
+    EXPECT_EQ(entries("pickerCentro"), QStringList({" Sin grupo", "Presets"}));
+    choose("pickerCentro", "Presets");
+    EXPECT_EQ(entries("pickerAula"), QStringList({"Suelta"}));
+    EXPECT_EQ(FileToPreset("Presets/Presets/Norte/Sala.presets"), (std::vector{scene("Uno", 1, 2, 3)}));
+}
+
+TEST_F(Journey, NamesOfAnyKindCreateAndRemoveNothingOutsideTheStore) {
+    launch();
+    std::ofstream(documents_.path() / "tesis.txt") << "mía";
+    std::filesystem::create_directories(documents_.root() / "ajena");
+    const std::string manyLetters(300, 'a');
+    for (const std::string &name :
+         {std::string("../ajena"), std::string(".."), std::string("."), std::string("/"), std::string("a/b"),
+          std::string(".oculto"), std::string("cola "), manyLetters, std::string("🎥"), std::string("-rf"),
+          std::string("a\tb")}) {
+        alerts_.accept(name);
+        click("buttonAddCentro");
+        alerts_.accept(name);
+        click("buttonAddAula");
+        const auto centre = QString::fromStdString(name);
+        if (entries("pickerCentro").contains(centre)) {
+            choose("pickerCentro", name.c_str());
+            alerts_.accept(name);
+            click("buttonAddAula");
+            alerts_.accept();
+            click("buttonRemoveAula");
+            alerts_.accept();
+            click("buttonRemoveCentro");
+        }
+    }
+    EXPECT_TRUE(std::filesystem::exists(documents_.path() / "tesis.txt"));
+    EXPECT_TRUE(std::filesystem::is_empty(documents_.root() / "ajena"));
+    std::vector<std::string> beside;
+    for (const auto &entry : std::filesystem::directory_iterator(documents_.path()))
+        beside.push_back(entry.path().filename().string());
+    EXPECT_THAT(beside, testing::UnorderedElementsAre("Presets", "tesis.txt"));
+    restart();
+}
+
+/// Answers the real alert that is on the screen as a person would, by its default button.
+void pressDefaultButtonSoon() {
+    QTimer::singleShot(100, [] {
+        if (auto *alert = QApplication::activeModalWidget()) QTest::keyClick(alert, Qt::Key_Return);
+    });
+}
+
+TEST_F(Journey, CameraUnpluggedBeforeANudgeEndsTheProgramAfterTheRealAlert) {
+    const auto journey = [this] {
+        launch();
+        auto services = platform::services();
+        services.alerts = std::make_shared<platform::QtAlerts>();
+        platform::installServices(services);
+        bench_.bus->unplug(bench_.camera);
+        pressDefaultButtonSoon();
+        click("buttonDerecha");
+    };
+    EXPECT_EXIT(journey(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(Journey, StartWithoutACameraShowsTheAlertBeforeAnyWindow) {
+    crearDirectorioSiNoExiste("Presets");
+    PresetToFile("Presets/Sala.presets", {scene("Uno", 1, 2, 3)});
+    bench_.bus->unplug(bench_.camera);
+    EXPECT_EXIT(launch(), testing::ExitedWithCode(0), "");
+}
+
+}  // namespace
