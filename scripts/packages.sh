@@ -1,4 +1,4 @@
-# Sourced. Installs Debian packages that are missing, and says so; quiet when nothing is.
+# Sourced by run and test. Installs Debian packages that are missing, and says so; quiet when nothing is.
 
 BUILD_PACKAGES=(
     g++ cmake ninja-build pkg-config qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl-dev qt6-translations-l10n
@@ -29,10 +29,11 @@ need_packages() {
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# build PRESET [cmake options...]: configures and builds, quiet unless something is wrong or slow to do.
+# build PRESET [cmake options...]: configures, in silence unless it fails, and builds.
 build() {
-    local preset=$1
+    local preset=$1 log=build/$1-configure.log
     shift
-    cmake --preset "$preset" "$@" --log-level=WARNING
+    mkdir -p build
+    cmake --preset "$preset" "$@" >"$log" 2>&1 || { cat "$log" >&2; return 1; }
     cmake --build --preset "$preset"
 }
