@@ -14,7 +14,6 @@ namespace {
 
 constexpr std::uint16_t kVendorId = 0x2574;
 constexpr std::uint16_t kProductId = 0x09C0;
-constexpr unsigned kPrintWarnings = 1;
 
 /// The last supported camera of the list; null when there is none.
 std::shared_ptr<UVCController> chooseCamera() {
@@ -56,7 +55,7 @@ bool writeValue(const char *name, const std::string &text) {
     const auto control = controlOf(*camera, name);
     if (!control) return false;
 
-    if (!control->setCurrentValueFromCString(text.c_str(), kPrintWarnings)) {
+    if (!control->setCurrentValueFromCString(text.c_str(), uvc::kShowWarnings)) {
         std::fprintf(stderr, "ERROR:  invalid value for control %s: %s\n", name, text.c_str());
         return false;
     }

@@ -39,9 +39,8 @@ DecodedScenes decodeSceneText(std::string_view text) {
     // As many bytes as the text has; below 32 that is less than is counted, but only zeros are cut off then.
     std::vector<std::uint8_t> buffer(text.size(), 0);
     const std::size_t count = String_decrypt(text, buffer);
-    const auto inner = shiftedText(buffer, static_cast<std::int64_t>(count), -kSceneShift);
-    if (!inner) return {};
-    const auto json = base64DecodeIgnoringUnknown(*inner);
+    const std::string inner = caesarDataToString(buffer, static_cast<std::int64_t>(count), -kSceneShift);
+    const auto json = base64DecodeIgnoringUnknown(inner);
     if (!json) return {};
 
     const std::string repaired = repairUtf8(std::string(json->begin(), json->end()));

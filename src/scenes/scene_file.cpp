@@ -5,6 +5,7 @@
 #include <QString>
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -29,6 +30,8 @@ using scenes::printLine;
 
 // A quarter of a million scenes; whatever is larger is not a room and would only fill the memory.
 constexpr std::uintmax_t kLargestFile = std::uintmax_t{64} << 20;
+
+constexpr std::size_t kTemporarySuffix = 7;  // ".XXXXXX"
 
 struct CloseFile {
     void operator()(std::FILE *file) const { std::fclose(file); }
@@ -85,17 +88,25 @@ std::optional<std::string> replaceFile(const fs::path &path, std::string_view te
         file.flush();
     const int systemError = errno;
     if (written && file.commit()) return std::nullopt;
-    // For a missing folder the toolkit knows "Unknown error" only.
-    return reasonFor(path, file.errorString().toStdString()) +
-           (systemError == 0 ? std::string() : " (" + std::string(std::strerror(systemError)) + ")");
+    // For a missing folder or a full disk the toolkit knows "Unknown error" only.
+    const std::string toolkitsReason = file.errorString().toStdString();
+    const std::string systemsReason = systemError == 0 ? toolkitsReason : std::strerror(systemError);
+    return reasonFor(path,
+                     toolkitsReason + (systemsReason == toolkitsReason ? "" : " (" + systemsReason + ")"));
 }
 
-/// The toolkit names files in UTF-8 only. A room whose file has another name (unpacked from an old archive,
-/// say) is written under a passing name at the store's root first and then moved to its place.
+/// The toolkit names files in UTF-8 only, and its temporary file needs room for a suffix behind the name. A
+/// room whose file has another name (unpacked from an old archive, say) or a very long one is written under a
+/// passing name first and then moved to its place.
 std::optional<std::string> replaceFileOfAnyName(const std::string &documents, const fs::path &path,
                                                 std::string_view text) {
-    if (scenes::isValidUtf8(path.string())) return replaceFile(path, text);
-    const fs::path passing = fs::path(documents) / PresetsFolder / ".escena-nueva";
+    const bool fits = path.filename().string().size() + kTemporarySuffix <= NAME_MAX;
+    if (fits && scenes::isValidUtf8(path.string())) return replaceFile(path, text);
+
+    const fs::path folder = path.parent_path();
+    const fs::path passing =
+        (scenes::isValidUtf8(folder.string()) ? folder : fs::path(documents) / PresetsFolder) /
+        ".escena-nueva";
     if (auto failed = replaceFile(passing, text)) return failed;
     std::error_code failure;
     fs::rename(passing, path, failure);

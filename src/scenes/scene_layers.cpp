@@ -70,45 +70,31 @@ std::optional<std::vector<std::uint8_t>> base64DecodeIgnoringUnknown(std::string
     return bytes;
 }
 
-std::optional<std::vector<std::uint8_t>> shiftedBytes(std::span<const std::uint8_t> bytes,
-                                                      std::int64_t shift) {
+}  // namespace scenes
+
+std::vector<std::uint8_t> caesarDataToData(const std::vector<std::uint8_t> &arrayInicial,
+                                           std::int64_t shift) {
     std::vector<std::uint8_t> result;
-    result.reserve(bytes.size());
-    for (const std::uint8_t byte : bytes) {
+    result.reserve(arrayInicial.size());
+    for (const std::uint8_t byte : arrayInicial) {
         const auto code = shifted(byte, shift);
-        if (!code || *code < 0 || *code > 255) return std::nullopt;
+        if (!code || *code < 0 || *code > 255) platform::fatalStop();
         result.push_back(static_cast<std::uint8_t>(*code));
     }
     return result;
 }
 
-std::optional<std::string> shiftedText(std::span<const std::uint8_t> value, std::int64_t size,
-                                       std::int64_t shift) {
+std::string caesarDataToString(const std::vector<std::uint8_t> &value, std::int64_t size,
+                               std::int64_t shift) {
     const auto wanted = static_cast<std::size_t>(std::max<std::int64_t>(size, 1));
     std::string text;
     text.reserve(value.size());
-    for (const std::uint8_t byte : value.first(std::min(wanted, value.size()))) {
+    for (const std::uint8_t byte : std::span(value).first(std::min(wanted, value.size()))) {
         const auto code = shifted(byte, shift);
-        if (!code || !isScalar(*code)) return std::nullopt;
-        appendScalar(text, static_cast<char32_t>(*code));
+        if (!code || !isScalar(*code)) platform::fatalStop();
+        scenes::appendScalar(text, static_cast<char32_t>(*code));
     }
     return text;
-}
-
-}  // namespace scenes
-
-std::vector<std::uint8_t> caesarDataToData(const std::vector<std::uint8_t> &arrayInicial,
-                                           std::int64_t shift) {
-    auto bytes = scenes::shiftedBytes(arrayInicial, shift);
-    if (!bytes) platform::fatalStop();
-    return *std::move(bytes);
-}
-
-std::string caesarDataToString(const std::vector<std::uint8_t> &value, std::int64_t size,
-                               std::int64_t shift) {
-    auto text = scenes::shiftedText(value, size, shift);
-    if (!text) platform::fatalStop();
-    return *std::move(text);
 }
 
 std::optional<std::string> String_encrypt(std::span<const std::uint8_t> bytes, std::int32_t length) {

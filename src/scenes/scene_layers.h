@@ -42,10 +42,4 @@ namespace scenes {
 /// sign or letters and padding signs do not fill up groups of four.
 [[nodiscard]] std::optional<std::vector<std::uint8_t>> base64DecodeIgnoringUnknown(std::string_view text);
 
-/// caesarDataToData and caesarDataToString with their fatal stop as an absent value.
-[[nodiscard]] std::optional<std::vector<std::uint8_t>> shiftedBytes(std::span<const std::uint8_t> bytes,
-                                                                    std::int64_t shift);
-[[nodiscard]] std::optional<std::string> shiftedText(std::span<const std::uint8_t> value, std::int64_t size,
-                                                     std::int64_t shift);
-
 }  // namespace scenes

@@ -69,15 +69,17 @@ void loadRoom(RoomMap &rooms, const std::string &centre, const std::string &room
     rooms.emplace(room, FileToPreset(path));
 }
 
-void loadCentre(const std::string &documents, const std::string &centre, RoomMap &rooms) {
-    const std::string folder = scenes::centrePath(centre);
+/// Adds the rooms of the directory `entry` of the store to those of `centre`.
+void loadCentre(const std::string &documents, const std::string &entry, const std::string &centre,
+                RoomMap &rooms) {
+    const std::string folder = scenes::centrePath(entry);
     const auto entries = entriesOf(documents + "/" + folder);
     if (!entries) return printLine("No folder");
-    for (const std::string &entry : *entries) {
-        if (entry == ".DS_Store") continue;
-        const auto parts = pieces(entry);
+    for (const std::string &file : *entries) {
+        if (file == ".DS_Store") continue;
+        const auto parts = pieces(file);
         if (parts.empty()) platform::fatalStop();
-        if (parts.back() == "presets") loadRoom(rooms, centre, parts.front(), folder, entry);
+        if (parts.back() == "presets") loadRoom(rooms, centre, parts.front(), folder, file);
     }
 }
 
@@ -118,7 +120,10 @@ SceneTree obtenerPresets() {
         if (entry == ".DS_Store") continue;
         const auto parts = pieces(entry);
         if (entry.find('.') == std::string::npos) {
-            loadCentre(documents, entry, tree[entry]);
+            // Two folders may spell one name in two ways (an accent composed or not): the room that both have
+            // is then the one in the folder that the centre is called after, where its next save goes.
+            const auto [centre, isNew] = tree.try_emplace(entry);
+            loadCentre(documents, entry, centre->first, centre->second);
         } else if (parts.size() > 1 && parts.back() == "presets") {
             loadRoom(tree[scenes::kNoCentre], scenes::kNoCentre, parts.front(), PresetsFolder, entry);
         }

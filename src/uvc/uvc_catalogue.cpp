@@ -16,7 +16,8 @@ constexpr int kBrokenCatalogueStatus = 14;
 std::shared_ptr<const UVCType> controlType(std::size_t controlIndex) {
     static std::array<std::shared_ptr<const UVCType>, UVCControllerControls.size()> types;
 
-    auto &type = types.at(controlIndex);
+    if (controlIndex >= types.size()) return nullptr;
+    auto &type = types[controlIndex];
     if (!type) type = typeOrFatal(UVCControllerControls[controlIndex].typeDescription);
     return type;
 }

@@ -103,8 +103,8 @@ inline constexpr std::array<uvc::CatalogueRow, 35> UVCControllerControls = {{
 
 namespace uvc {
 
-/// The type of a row's values, built at the first call and kept for the life of the program. `controlIndex`
-/// is a row.
+/// The type of a row's values, built at the first call and kept for the life of the program. Null when
+/// `controlIndex` is no row.
 [[nodiscard]] std::shared_ptr<const UVCType> controlType(std::size_t controlIndex);
 
 /// The type of a description that has to be right. If it is not, says so on standard error and ends the

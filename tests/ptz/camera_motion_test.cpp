@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdio>
 #include <limits>
 
 #include "ptz/ptz_functions.h"
@@ -40,6 +41,27 @@ class CameraMotion : public testing::Test {
 
     support::AnsweredAlerts alerts_;
 };
+
+/// Writes what it would show to standard error, which a death test can see.
+struct SpokenAlerts : platform::Alerts {
+    platform::AlertAnswer run(const platform::Alert &alert) override {
+        std::fprintf(stderr, "%s|%s", alert.messageText.c_str(), alert.informativeText.c_str());
+        for (const std::string &button : alert.buttons) std::fprintf(stderr, "|%s", button.c_str());
+        return {};
+    }
+};
+
+void speakAlerts() {
+    auto services = platform::services();
+    services.alerts = std::make_shared<SpokenAlerts>();
+    platform::installServices(services);
+}
+
+constexpr char kFailureAlert[] =
+    "^Error en la comunicación con la cámara\\|No se detecta la cámara. La aplicación finalizará al pulsar "
+    "en "
+    "aceptar\\|Aceptar$";
+constexpr char kRefusedThenAlert[] = "unable to write new value to control [a-z-]+\nError en la comunicación";
 
 using CameraMotionDeathTest = CameraMotion;
 
@@ -113,31 +135,34 @@ TEST_F(CameraMotion, DemoModeLeavesTheCameraAlone) {
 
 TEST_F(CameraMotionDeathTest, ACameraThatDoesNotAnswerEndsTheProgramWithTheDialog) {
     const auto unplugged = [](void (*act)()) {
+        speakAlerts();
         SimulatedCamera bench;
         bench.bus->unplug(bench.camera);
         act();
     };
     const auto refusing = [](std::uint8_t selector, void (*act)()) {
+        speakAlerts();
         SimulatedCamera bench(cameraRefusing(selector, support::kSetCur));
         act();
     };
-    EXPECT_EXIT(unplugged([] { (void)ZEL_GetPanTiltPosition(); }), ExitedWithCode(0), "");
-    EXPECT_EXIT(unplugged([] { (void)ZEL_GetZoomPosition(); }), ExitedWithCode(0), "");
-    EXPECT_EXIT(unplugged([] { ZEL_SetPanTiltPosition(1, 1); }), ExitedWithCode(0), "");
+    EXPECT_EXIT(unplugged([] { (void)ZEL_GetPanTiltPosition(); }), ExitedWithCode(0), kFailureAlert);
+    EXPECT_EXIT(unplugged([] { (void)ZEL_GetZoomPosition(); }), ExitedWithCode(0), kFailureAlert);
+    EXPECT_EXIT(unplugged([] { ZEL_SetPanTiltPosition(1, 1); }), ExitedWithCode(0), kFailureAlert);
     EXPECT_EXIT(refusing(support::kPanTiltAbs, [] { moveCameraBy(1, 0); }), ExitedWithCode(0),
-                "unable to write");
-    EXPECT_EXIT(refusing(support::kZoomAbs, [] { ZoomMove(1); }), ExitedWithCode(0), "unable to write");
+                kRefusedThenAlert);
+    EXPECT_EXIT(refusing(support::kZoomAbs, [] { ZoomMove(1); }), ExitedWithCode(0), kRefusedThenAlert);
 }
 
 TEST_F(CameraMotionDeathTest, APositionThatCannotBeReadIsAFatalStopWithoutTheDialog) {
     const auto unreadable = [](std::uint8_t selector, void (*act)()) {
+        speakAlerts();
         SimulatedCamera bench(cameraRefusing(selector, support::kGetCur));
         act();
     };
     EXPECT_EXIT(unreadable(support::kPanTiltAbs, [] { (void)ZEL_GetPanTiltPosition(); }),
-                KilledBySignal(SIGABRT), "");
+                KilledBySignal(SIGABRT), "^ERROR:  unable to read value of control: [a-z-]+\n$");
     EXPECT_EXIT(unreadable(support::kZoomAbs, [] { (void)ZEL_GetZoomPosition(); }), KilledBySignal(SIGABRT),
-                "");
+                "^ERROR:  unable to read value of control: [a-z-]+\n$");
 }
 
 TEST_F(CameraMotionDeathTest, NumbersBeyondTheCamerasRangeAreFatalAndThoseJustWithinAreSent) {

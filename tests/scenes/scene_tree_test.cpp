@@ -11,10 +11,7 @@
 namespace {
 
 using store_files::printedBy;
-using store_files::sample;
 using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::StartsWith;
 namespace fs = std::filesystem;
 
 class SceneTreeTest : public store_files::StoreTest {
@@ -106,6 +103,17 @@ TEST_F(SceneTreeTest, ARoomIsTheFileThatItsNextSaveReplaces) {
     EXPECT_EQ(rooms.size(), 2U) << "two spellings of one name";
     const auto &[room, presets] = *rooms.find("Á");
     EXPECT_EQ(FileToPreset(scenes::roomPath(" Sin grupo", room)), presets);
+}
+
+TEST_F(SceneTreeTest, TwoFoldersOfOneCentreShowTheRoomThatTheNextSaveReplaces) {
+    putRoom("A\u0301rea/Sala.presets", "decomposed");
+    putRoom("Área/Sala.presets", "composed");
+    putRoom("Área/Otra.presets", "composed");
+    const SceneTree tree = obtenerPresets();
+    ASSERT_EQ(tree.size(), 2U);
+    const auto &[centre, rooms] = *tree.find("Área");
+    EXPECT_EQ(rooms.size(), 2U);
+    EXPECT_EQ(FileToPreset(scenes::roomPath(centre, "Sala")), rooms.at("Sala"));
 }
 
 TEST_F(SceneTreeTest, WhatCannotBeListedCountsAsEmpty) {

@@ -113,6 +113,20 @@ TEST_F(SceneWrite, InAReadOnlyFolderTheOldFileStaysWhole) {
     EXPECT_THAT(entries(), testing::ElementsAre("sala.presets"));
 }
 
+TEST_F(SceneWrite, ANameAsLongAsTheDiskAllowsIsWrittenAgainAndAgain) {
+    for (const std::size_t length : {std::size_t{235}, std::size_t{243}, std::size_t{247}}) {
+        const std::string path = "Presets/" + std::string(length, 'x') + ".presets";
+        for (const char *name : {"Uno", "Dos", "Tres"}) {
+            ManualPreset scene;
+            scene.Name = name;
+            PresetToFile(path, {scene});
+            EXPECT_EQ(FileToPreset(path), std::vector{scene}) << length;
+        }
+        fs::remove(documents.path() / path);
+    }
+    EXPECT_THAT(entries(), testing::ElementsAre("sala.presets"));
+}
+
 TEST_F(SceneWrite, NeedsAFolderAndAPlaceForAFile) {
     expectCantWrite("Presets/Norte/sala.presets", "No such file");
     expectCantWrite("Presets/sala.presets/otra.presets", "Not a directory");
