@@ -5,7 +5,7 @@ BUILD_PACKAGES=(
     libusb-1.0-0-dev libssl-dev nlohmann-json3-dev
 )
 # What the program calls or loads while it runs, and a font to write with.
-RUN_PACKAGES=(bash zip unzip libqt6svg6 qt6-translations-l10n xdg-utils fonts-dejavu-core)
+RUN_PACKAGES=(bash zip unzip libqt6svg6 qt6-translations-l10n qt6-wayland xdg-utils fonts-dejavu-core)
 TEST_PACKAGES=(libgtest-dev libgmock-dev libumockdev-dev umockdev locales python3 openssl zip unzip)
 TOUR_PACKAGES=(xvfb openbox xdotool imagemagick x11-utils)
 

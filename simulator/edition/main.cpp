@@ -1,8 +1,10 @@
 #include <QApplication>
 #include <QDir>
+#include <QScreen>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTimer>
+#include <algorithm>
 #include <memory>
 
 #include "app/app_delegate.h"
@@ -35,10 +37,19 @@ class FoldersInside : public platform::UserFolders {
     QDir base_;
 };
 
-/// The preview stands right below the window, so that both are seen at once.
-void placeBelow(QWidget &preview, const QWidget &window) {
+/// Puts the preview beside the window, wherever the screen has room for all of it: below, to the right, to
+/// the left. On a small screen the window makes way upwards.
+void placeBeside(QWidget &preview, QWidget &window) {
+    const QRect screen = window.screen()->availableGeometry();
     const QRect frame = window.frameGeometry();
-    preview.move(frame.left(), frame.bottom() + 1);
+    const QSize size = preview.frameGeometry().size();
+    for (const QPoint corner :
+         {QPoint(frame.left(), frame.bottom() + 1), QPoint(frame.right() + 1, frame.top()),
+          QPoint(frame.left() - size.width(), frame.top())}) {
+        if (screen.contains(QRect(corner, size))) return preview.move(corner);
+    }
+    window.move(frame.left(), screen.top());
+    preview.move(frame.left(), std::min(screen.top() + frame.height(), screen.bottom() + 1 - size.height()));
 }
 
 }  // namespace
@@ -67,7 +78,7 @@ int main(int argc, char *argv[]) {
     QTimer::singleShot(0, [&] {
         delegate.applicationDidFinishLaunching();
         preview.show();
-        QTimer::singleShot(200, [&] { placeBelow(preview, *delegate.mainWindow()); });
+        QTimer::singleShot(200, [&] { placeBeside(preview, *delegate.mainWindow()); });
     });
     return QApplication::exec();
 }

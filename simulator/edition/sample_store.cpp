@@ -25,14 +25,14 @@ ManualPreset scene(const char *name, std::int64_t pan, std::int64_t tilt, std::i
 }
 
 std::vector<SampleRoom> sampleRooms() {
-    const ManualPreset board = scene("Pizarra", 0, 4, 150);
-    const ManualPreset formula = scene("Detalle de la pizarra", -8, 5, 620);
-    const ManualPreset teacher = scene("Mesa del profesor", 4, -8, 350);
-    const ManualPreset screen = scene("Pantalla de proyección", 50, 6, 250);
-    const ManualPreset door = scene("Puerta", -50, -2, 300);
-    const ManualPreset windows = scene("Ventanas", 95, 5, 80);
-    const ManualPreset audience = scene("Público", 165, -6, 0);
-    const ManualPreset overview = scene("Vista general", 20, 2, 0);
+    const ManualPreset board = scene("Pizarra", 0, 0, 60);
+    const ManualPreset formula = scene("Detalle de la pizarra", 6, 2, 420);
+    const ManualPreset teacher = scene("Profesora", -26, -3, 400);
+    const ManualPreset screen = scene("Pantalla de proyección", 50, 2, 150);
+    const ManualPreset door = scene("Puerta", -57, -1, 150);
+    const ManualPreset windows = scene("Ventanas", 88, 2, 0);
+    const ManualPreset audience = scene("Público", 140, -4, 0);
+    const ManualPreset overview = scene("Vista general", 25, 1, 0);
 
     return {
         {scenes::kNoCentre, "Sala de reuniones", {overview, screen, door}},

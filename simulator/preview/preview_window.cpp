@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <numbers>
@@ -22,11 +23,13 @@ namespace simulator {
 namespace {
 
 constexpr std::chrono::milliseconds kPollInterval{33};
+constexpr int kBarHeight = 70;
 constexpr double kRawPerDegree = 3600;
 constexpr QRgb kBarColour = qRgb(0x20, 0x2B, 0x31);
 constexpr QRgb kTextColour = qRgb(0xF4, 0xEE, 0xE0);
 constexpr QRgb kDimTextColour = qRgb(0xA9, 0xB5, 0xBA);
 constexpr QRgb kFaintColour = qRgb(0x5B, 0x6C, 0x74);
+constexpr QStringView kMovingText = u"● En movimiento…";
 constexpr QRgb kAccentColour = qRgb(0xF0, 0xA9, 0x4E);
 constexpr QRgb kRestColour = qRgb(0x7C, 0xC4, 0x9B);
 
@@ -191,7 +194,6 @@ PreviewWindow::PreviewWindow(std::shared_ptr<CameraModel> camera, QWidget *paren
     setWindowTitle(u"Vista previa de la cámara simulada"_s);
     setAccessibleName(windowTitle());
     setAccessibleDescription(u"Muestra lo que ve la cámara simulada y su posición en números"_s);
-    resize(640, 430);
 
     auto *const bar = new QWidget(this);
     buildBar(bar);
@@ -200,6 +202,9 @@ PreviewWindow::PreviewWindow(std::shared_ptr<CameraModel> camera, QWidget *paren
     layout->setSpacing(0);
     layout->addWidget(picture_, 1);
     layout->addWidget(bar);
+    // The picture fills its part exactly.
+    const int width = std::max(640, layout->minimumSize().width());
+    resize(width, width * 9 / 16 + kBarHeight);
 
     connect(&timer_, &QTimer::timeout, this, &PreviewWindow::refresh);
     refresh();
@@ -208,7 +213,7 @@ PreviewWindow::PreviewWindow(std::shared_ptr<CameraModel> camera, QWidget *paren
 PreviewWindow::~PreviewWindow() = default;
 
 void PreviewWindow::buildBar(QWidget *bar) {
-    bar->setFixedHeight(70);
+    bar->setFixedHeight(kBarHeight);
     bar->setAutoFillBackground(true);
     QPalette colours = bar->palette();
     colours.setColor(QPalette::Window, QColor(kBarColour));
@@ -219,7 +224,7 @@ void PreviewWindow::buildBar(QWidget *bar) {
     numbers_ = new QLabel(bar);
     numbers_->setAccessibleName(u"Posición de la cámara"_s);
     QFont large = numbers_->font();
-    large.setPixelSize(17);
+    large.setPixelSize(15);
     large.setWeight(QFont::DemiBold);
     numbers_->setFont(large);
     state_ = new QLabel(bar);
@@ -234,6 +239,12 @@ void PreviewWindow::buildBar(QWidget *bar) {
     row->addWidget(dial_);
     row->addWidget(numbers_, 1);
     row->addWidget(state_);
+
+    // Room for the longest texts, so that the window does not grow while the camera moves.
+    const QString longest = poseText({-612000, -108000, camera_->maximum().zoom}, camera_->maximum().zoom);
+    numbers_->setMinimumWidth(numbers_->fontMetrics().horizontalAdvance(longest));
+    state_->setMinimumWidth(state_->fontMetrics().horizontalAdvance(kMovingText.toString()));
+    state_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
 }
 
 void PreviewWindow::setConnected(bool connected) {
@@ -275,7 +286,7 @@ void PreviewWindow::showPose(const Pose &pose, bool moving) {
         numbers_->setText(poseText(pose, camera_->maximum().zoom));
     }
     if (moving)
-        showState(u"● En movimiento…"_s, QColor(kAccentColour));
+        showState(kMovingText.toString(), QColor(kAccentColour));
     else
         showState(u"● En posición"_s, QColor(kRestColour));
 }

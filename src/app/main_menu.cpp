@@ -44,8 +44,10 @@ MainMenu::MainMenu(AppDelegate &delegate) {
               separator});
     QAction *quit = file.addAction(QStringLiteral("&Salir"));
     quit->setObjectName(QStringLiteral("Quit"));
-    // The platform's own key, and Ctrl+Q where it names none.
-    quit->setShortcuts(QKeySequence::keyBindings(QKeySequence::Quit) << QKeySequence(Qt::CTRL | Qt::Key_Q));
+    QList<QKeySequence> quitKeys = QKeySequence::keyBindings(QKeySequence::Quit);
+    // Some platforms name no key. The same key twice would be ambiguous and do nothing.
+    if (quitKeys.isEmpty()) quitKeys.append(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    quit->setShortcuts(quitKeys);
     QObject::connect(quit, &QAction::triggered, &file, [] { QApplication::quit(); });
 
     fillMenu(addMenu("&Cámara"), delegate,

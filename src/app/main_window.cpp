@@ -19,6 +19,7 @@ constexpr QSize kContentSize(480, 300);
 MainWindow::MainWindow(AppDelegate &delegate)
     : menu_(delegate), strip_(menu_), frame_(this, QStringLiteral("Main Window")) {
     setObjectName(QStringLiteral("mainWindow"));
+    qApp->installEventFilter(this);
     menuBar()->setNativeMenuBar(false);
     menu_.fill(*menuBar());
     limitSize();
@@ -46,7 +47,12 @@ void MainWindow::makeKeyAndOrderFront() {
 
 void MainWindow::closeEvent(QCloseEvent *event) {
     event->accept();
-    strip_.showAt(pos());
+    if (!quitting_) strip_.showAt(pos());
+}
+
+bool MainWindow::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::Quit) quitting_ = true;
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void MainWindow::changeEvent(QEvent *event) {

@@ -27,6 +27,8 @@ class MainWindow : public QMainWindow {
  protected:
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
+    /// Watches the application for the request to quit, which closes all windows on its way.
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
  private:
     void limitSize();
@@ -34,4 +36,5 @@ class MainWindow : public QMainWindow {
     MainMenu menu_;
     MenuStrip strip_;
     platform::WindowFrame frame_;
+    bool quitting_ = false;
 };

@@ -42,7 +42,7 @@ void packStore(const std::string &chosenPath) {
 
 void exportPresets() {
     const std::string today = QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd")).toStdString();
-    platform::services().panels->beginSavePanel(today, &packStore);
+    platform::services().panels->beginSavePanel(today, platform::services().folders->documents(), &packStore);
 }
 
 void importPresets() {

@@ -48,9 +48,11 @@ class UserFolders {
 class FilePanels {
  public:
     virtual ~FilePanels() = default;
-    /// Shows a save panel with `name` preset in its name field and returns at once. `chosen` is called with
-    /// the path that the user chose, and not at all when the panel was cancelled.
-    virtual void beginSavePanel(const std::string &name, std::function<void(std::string)> chosen) = 0;
+    /// Shows a save panel that starts in `folder`, where that is given, with `name` preset in its name field,
+    /// and returns at once. `chosen` is called with the path that the user chose, and not at all when the
+    /// panel was cancelled.
+    virtual void beginSavePanel(const std::string &name, const std::optional<std::string> &folder,
+                                std::function<void(std::string)> chosen) = 0;
     /// Runs a panel that opens one existing file, starting in `folder` where that is given. Nothing when it
     /// was cancelled.
     [[nodiscard]] virtual std::optional<std::string> runOpenPanel(

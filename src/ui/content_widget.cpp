@@ -1,11 +1,14 @@
 #include "ui/content_widget.h"
 
+#include <QApplication>
+#include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMetaObject>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <array>
 
 #include "ptz/camera_motion.h"
@@ -24,6 +27,7 @@ constexpr int kSpacing = 2;
 constexpr int kBottomSpacer = 5;
 constexpr int kColumnGap = 6;
 constexpr int kButtonPadding = 26;
+constexpr double kSmallestFont = 6;
 
 QHBoxLayout *makeCentredRow(std::initializer_list<QWidget *> items) {
     auto *row = new QHBoxLayout;
@@ -34,19 +38,45 @@ QHBoxLayout *makeCentredRow(std::initializer_list<QWidget *> items) {
     return row;
 }
 
-/// A button as narrow as its title allows, so that the pickers beside it have room for names.
-QPushButton *makeNarrowButton(const QString &title) {
-    auto *button = new QPushButton(title);
-    button->setFixedWidth(button->fontMetrics().horizontalAdvance(title) + kButtonPadding);
-    return button;
-}
-
-/// The words that tell the three rows apart where only the eye could: object names and accessible names.
+/// The words of one row, and those that tell its parts from the other rows' where only the eye could.
 struct RowWords {
     QString label;
     QString objectName;
-    QString thing;  ///< with its article
+    QString pickerDescription;
+    QString addName;
+    QString addDescription;
+    QString removeName;
+    QString removeDescription;
 };
+
+const std::array<RowWords, 3> &rowWords() {
+    static const std::array<RowWords, 3> words{
+        {{u"Centro"_s, u"Centro"_s, u"Elige el centro cuyas aulas se muestran"_s, u"Añadir un centro"_s,
+          u"Pregunta el nombre y crea un centro vacío"_s, u"Eliminar el centro"_s,
+          u"Elimina el centro elegido con todas sus aulas, tras preguntar"_s},
+         {u"Aula/Espacio"_s, u"Aula"_s, u"Elige el aula o espacio cuyas escenas se muestran"_s,
+          u"Añadir un aula o espacio"_s,
+          u"Pregunta el nombre y crea un aula sin escenas en el centro elegido"_s,
+          u"Eliminar el aula o espacio"_s,
+          u"Elimina el aula elegida con todas sus escenas, tras preguntar"_s},
+         {u"Escena"_s, u"Escena"_s, u"Elige una escena y lleva la cámara a su posición"_s,
+          u"Añadir una escena"_s,
+          u"Pregunta el nombre y guarda la posición actual de la cámara como escena"_s,
+          u"Eliminar la escena"_s, u"Elimina la escena elegida, tras preguntar"_s}}};
+    return words;
+}
+
+void describe(QWidget &widget, const QString &objectName, const QString &name, const QString &description) {
+    widget.setObjectName(objectName);
+    widget.setAccessibleName(name);
+    widget.setAccessibleDescription(description);
+}
+
+QWidget *makeLogo(QWidget *parent, const QString &asset, QSize size, const QString &name) {
+    auto *logo = new LogoLabel(u":/"_s + asset, size, parent);
+    describe(*logo, asset, name, {});
+    return logo;
+}
 
 }  // namespace
 
@@ -57,8 +87,10 @@ ContentWidget::ContentWidget(ContentView &view, QWidget *parent) : QWidget(paren
 
     auto *mainRow = new QHBoxLayout;
     mainRow->setSpacing(kColumnGap);
-    mainRow->addWidget(makeLeftColumn());
-    mainRow->addWidget(makeRightColumn(), 1);
+    leftColumn_ = makeLeftColumn();
+    rightColumn_ = makeRightColumn();
+    mainRow->addWidget(leftColumn_);
+    mainRow->addWidget(rightColumn_, 1);
 
     auto *stack = new QVBoxLayout(this);
     stack->setContentsMargins(0, 0, 0, 0);
@@ -69,39 +101,69 @@ ContentWidget::ContentWidget(ContentView &view, QWidget *parent) : QWidget(paren
     connectRows();
     setTabOrderLikeTheEye();
     view_.observeAllFields([this] { scheduleRedraw(); });
+    fitFont();
     redraw();
     centre_.picker->setFocus();
 }
 
+void ContentWidget::changeEvent(QEvent *event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ApplicationFontChange || event->type() == QEvent::StyleChange) fitFont();
+}
+
+void ContentWidget::fitFont() {
+    if (!rightColumn_) return;
+    double size = QApplication::font().pointSizeF();
+    setFontSize(size);
+    while (!contentsFit() && size > kSmallestFont) setFontSize(size -= 0.5);
+}
+
+void ContentWidget::setFontSize(double pointSize) {
+    QFont sized = font();
+    sized.setPointSizeF(pointSize);
+    setFont(sized);
+    // As narrow as the titles allow, so that the pickers have room for names.
+    for (const Row &row : {centre_, room_, scene_})
+        for (QPushButton *button : {row.add, row.remove})
+            button->setFixedWidth(button->fontMetrics().horizontalAdvance(button->text()) + kButtonPadding);
+}
+
+bool ContentWidget::contentsFit() const {
+    for (QWidget *column : {leftColumn_, rightColumn_}) column->layout()->invalidate();
+    const QSize left = leftColumn_->layout()->totalMinimumSize();
+    const QSize right = rightColumn_->layout()->totalMinimumSize();
+    return left.width() + kColumnGap + right.width() <= kMinimumWidth &&
+           std::max(left.height(), right.height()) + kBottomSpacer <= kHeight;
+}
+
 QWidget *ContentWidget::makeLeftColumn() {
-    const auto nudge = [this](const QString &title, const char *objectName, const QString &accessibleName,
-                              auto act) {
-        auto *button = new QPushButton(title);
-        button->setObjectName(QLatin1String(objectName));
-        button->setAccessibleName(accessibleName);
+    auto *column = new QWidget(this);
+    const auto nudge = [this, column](const QString &title, const char *objectName,
+                                      const QString &description, auto act) {
+        auto *button = new QPushButton(title, column);
+        describe(*button, QLatin1String(objectName), title, description);
         connect(button, &QPushButton::clicked, this, act);
         nudges_.push_back(button);
         return button;
     };
-    auto *up = nudge(u"Arriba"_s, "buttonArriba", u"Mover la cámara hacia arriba"_s,
+    auto *up = nudge(u"Arriba"_s, "buttonArriba", u"Mueve la cámara un paso hacia arriba"_s,
                      [] { moveCameraBy(0, AvanceRapidoTilt); });
-    auto *left = nudge(u"Izquierda"_s, "buttonIzquierda", u"Mover la cámara a la izquierda"_s,
+    auto *left = nudge(u"Izquierda"_s, "buttonIzquierda", u"Mueve la cámara un paso a la izquierda"_s,
                        [] { moveCameraBy(-AvanceRapidoPan, 0); });
-    auto *right = nudge(u"Derecha"_s, "buttonDerecha", u"Mover la cámara a la derecha"_s,
+    auto *right = nudge(u"Derecha"_s, "buttonDerecha", u"Mueve la cámara un paso a la derecha"_s,
                         [] { moveCameraBy(AvanceRapidoPan, 0); });
-    auto *down = nudge(u"Abajo"_s, "buttonAbajo", u"Mover la cámara hacia abajo"_s,
+    auto *down = nudge(u"Abajo"_s, "buttonAbajo", u"Mueve la cámara un paso hacia abajo"_s,
                        [] { moveCameraBy(0, -AvanceRapidoTilt); });
-    auto *zoomIn = nudge(u"Acercar"_s, "buttonAcercar", u"Acercar la imagen"_s,
+    auto *zoomIn = nudge(u"Acercar"_s, "buttonAcercar", u"Acerca la imagen un paso"_s,
                          [this] { view_.ZoomMove(AvanceRapidoZoom); });
-    auto *zoomOut = nudge(u"Alejar"_s, "buttonAlejar", u"Alejar la imagen"_s,
+    auto *zoomOut = nudge(u"Alejar"_s, "buttonAlejar", u"Aleja la imagen un paso"_s,
                           [this] { view_.ZoomMove(-AvanceRapidoZoom); });
 
-    auto *column = new QWidget;
     auto *stack = new QVBoxLayout(column);
     stack->setContentsMargins(kMargin, kMargin, kMargin, kMargin - kBottomSpacer);
     stack->setSpacing(kSpacing);
-    stack->addLayout(makeCentredRow({new LogoLabel(u":/LogoZEL"_s, {80, 60}, u"Logotipo de Zelvoria"_s),
-                                     new LogoLabel(u":/LogoKAV"_s, {100, 40}, u"Logotipo de KAV"_s)}));
+    stack->addLayout(makeCentredRow({makeLogo(column, u"LogoZEL"_s, {80, 60}, u"Logotipo de Zelvoria"_s),
+                                     makeLogo(column, u"LogoKAV"_s, {100, 40}, u"Logotipo de KAV"_s)}));
     stack->addStretch();
     stack->addLayout(makeCentredRow({up}));
     stack->addLayout(makeCentredRow({left, right}));
@@ -111,35 +173,27 @@ QWidget *ContentWidget::makeLeftColumn() {
 }
 
 QWidget *ContentWidget::makeRightColumn() {
-    auto *column = new QWidget;
+    auto *column = new QWidget(this);
     auto *grid = new QGridLayout(column);
     grid->setContentsMargins(0, kMargin, kMargin, kMargin - kBottomSpacer);
     grid->setHorizontalSpacing(kColumnGap);
     grid->setColumnStretch(1, 1);
 
-    const std::array<RowWords, 3> words{{{u"Centro"_s, u"Centro"_s, u"el centro"_s},
-                                         {u"Aula/Espacio"_s, u"Aula"_s, u"el aula o espacio"_s},
-                                         {u"Escena"_s, u"Escena"_s, u"la escena"_s}}};
-    const std::array<QString, 3> addNames{u"Añadir un centro"_s, u"Añadir un aula o espacio"_s,
-                                          u"Guardar la posición actual como escena"_s};
     const std::array<Row *, 3> rows{&centre_, &room_, &scene_};
-
     grid->setRowStretch(0, 1);
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const int line = static_cast<int>(i) + 1;
+        const RowWords &words = rowWords()[i];
         Row &row = *rows[i];
-        row.picker = new Picker;
-        row.add = makeNarrowButton(u"Añadir"_s);
-        row.remove = makeNarrowButton(u"Eliminar"_s);
-        auto *label = new QLabel(words[i].label);
+        row.picker = new Picker(column);
+        row.add = new QPushButton(u"Añadir"_s, column);
+        row.remove = new QPushButton(u"Eliminar"_s, column);
+        auto *label = new QLabel(words.label, column);
         label->setBuddy(row.picker);
-
-        row.picker->setObjectName(u"picker"_s + words[i].objectName);
-        row.add->setObjectName(u"buttonAdd"_s + words[i].objectName);
-        row.remove->setObjectName(u"buttonRemove"_s + words[i].objectName);
-        row.picker->setAccessibleName(words[i].label);
-        row.add->setAccessibleName(addNames[i]);
-        row.remove->setAccessibleName(u"Eliminar %1"_s.arg(words[i].thing));
+        describe(*row.picker, u"picker"_s + words.objectName, words.label, words.pickerDescription);
+        describe(*row.add, u"buttonAdd"_s + words.objectName, words.addName, words.addDescription);
+        describe(*row.remove, u"buttonRemove"_s + words.objectName, words.removeName,
+                 words.removeDescription);
 
         grid->addWidget(label, line, 0);
         grid->addWidget(row.picker, line, 1);
@@ -151,21 +205,29 @@ QWidget *ContentWidget::makeRightColumn() {
 }
 
 void ContentWidget::connectRows() {
+    // Each hook ends with a redraw of its own: the next key or click may be waiting already, from while the
+    // camera kept us busy, and must not meet lists and buttons of a selection that is gone.
     centre_.picker->onChosen([this](int index) {
         view_.selectedGrupo = index;
         view_.actualizarSubgrupos();
+        redraw();
     });
     room_.picker->onChosen([this](int index) {
         view_.selectedSubgrupo = index;
         view_.actualizarEscenas();
+        redraw();
     });
     scene_.picker->onChosen([this](int index) {
         view_.selectedEscena = index;
         view_.PickerEscenaChanged();
+        redraw();
     });
 
     const auto onClick = [this](QPushButton *button, void (*action)(ContentView &)) {
-        connect(button, &QPushButton::clicked, this, [this, action] { action(view_); });
+        connect(button, &QPushButton::clicked, this, [this, action] {
+            action(view_);
+            redraw();
+        });
     };
     onClick(centre_.add, addCentre);
     onClick(centre_.remove, deleteCentre);
@@ -187,7 +249,11 @@ void ContentWidget::scheduleRedraw() {
     if (redrawPending_) return;
     redrawPending_ = true;
     QMetaObject::invokeMethod(
-        this, [this] { redraw(); }, Qt::QueuedConnection);
+        this,
+        [this] {
+            if (redrawPending_) redraw();
+        },
+        Qt::QueuedConnection);
 }
 
 void ContentWidget::redraw() {
@@ -196,9 +262,20 @@ void ContentWidget::redraw() {
     room_.picker->show(ListaSubgrupos, static_cast<int>(view_.selectedSubgrupo.get()));
     scene_.picker->show(ListaEscenas, static_cast<int>(view_.selectedEscena.get()));
 
-    room_.picker->setDisabled(view_.ListaSubgrupoDisabled);
-    scene_.picker->setDisabled(view_.ListaEscenasDisabled);
-    room_.remove->setDisabled(view_.buttonRemoveSubgrupoDisabled);
-    scene_.add->setDisabled(view_.buttonAddEscenaDisabled);
-    scene_.remove->setDisabled(view_.buttonRemoveEscenaDisabled);
+    room_.picker->setEnabled(!view_.ListaSubgrupoDisabled);
+    scene_.picker->setEnabled(!view_.ListaEscenasDisabled);
+    scene_.add->setEnabled(!view_.buttonAddEscenaDisabled);
+    keepFocusInReach();
+    room_.remove->setEnabled(!view_.buttonRemoveSubgrupoDisabled);
+    scene_.remove->setEnabled(!view_.buttonRemoveEscenaDisabled);
+}
+
+/// A delete button that is about to be disabled would hand its focus to the first button of the window, and
+/// the next press of a key would nudge the camera. The window need not be active yet: an alert has just been
+/// closed.
+void ContentWidget::keepFocusInReach() {
+    const QWidget *focused = window()->focusWidget();
+    if (focused == scene_.remove && view_.buttonRemoveEscenaDisabled)
+        (scene_.add->isEnabled() ? scene_.add : room_.add)->setFocus();
+    if (focused == room_.remove && view_.buttonRemoveSubgrupoDisabled) room_.add->setFocus();
 }

@@ -8,8 +8,8 @@ class Picker;
 class QPushButton;
 
 /// Draws a ContentView: logos and nudge buttons on the left, the three pickers with their add and delete
-/// buttons on the right. 600 to 800 wide, exactly 200 high. However many fields a refresh writes, it redraws
-/// once.
+/// buttons on the right. 600 to 800 wide, exactly 200 high: a desktop font too large for that gives way.
+/// However many fields a refresh writes, it redraws once.
 class ContentWidget : public QWidget {
  public:
     static constexpr int kMinimumWidth = 600;
@@ -19,6 +19,9 @@ class ContentWidget : public QWidget {
     /// `view` and this widget belong together for the life of the process: from here on the view's fields
     /// tell this widget of every write.
     explicit ContentWidget(ContentView &view, QWidget *parent = nullptr);
+
+ protected:
+    void changeEvent(QEvent *event) override;
 
  private:
     struct Row {
@@ -31,10 +34,18 @@ class ContentWidget : public QWidget {
     QWidget *makeRightColumn();
     void connectRows();
     void setTabOrderLikeTheEye();
+
+    void fitFont();
+    void setFontSize(double pointSize);
+    [[nodiscard]] bool contentsFit() const;
+
     void scheduleRedraw();
     void redraw();
+    void keepFocusInReach();
 
     ContentView &view_;
+    QWidget *leftColumn_ = nullptr;
+    QWidget *rightColumn_ = nullptr;
     Row centre_;
     Row room_;
     Row scene_;

@@ -15,11 +15,10 @@ constexpr int kMargin = 4;
 
 }  // namespace
 
-LogoLabel::LogoLabel(const QString &asset, QSize pictureSize, const QString &accessibleName, QWidget *parent)
+LogoLabel::LogoLabel(const QString &asset, QSize pictureSize, QWidget *parent)
     : QWidget(parent), asset_(asset) {
     initAssets();
     setFixedSize(pictureSize + QSize(2 * kMargin, 2 * kMargin));
-    setAccessibleName(accessibleName);
 }
 
 void LogoLabel::paintEvent(QPaintEvent *) {

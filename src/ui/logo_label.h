@@ -8,8 +8,7 @@
 /// (the artwork is drawn for white).
 class LogoLabel : public QWidget {
  public:
-    LogoLabel(const QString &asset, QSize pictureSize, const QString &accessibleName,
-              QWidget *parent = nullptr);
+    LogoLabel(const QString &asset, QSize pictureSize, QWidget *parent = nullptr);
 
  protected:
     void paintEvent(QPaintEvent *event) override;

@@ -1,13 +1,27 @@
 #include "ui/picker.h"
 
 #include <QListView>
+#include <QProxyStyle>
+#include <QScreen>
 #include <QSignalBlocker>
 #include <QStylePainter>
 #include <QWheelEvent>
+#include <algorithm>
 
 namespace {
 
 constexpr int kTextMargin = 4;
+
+/// Some styles open a combo box like a menu, as high as the screen and without a scroll bar. With hundreds of
+/// rooms that is no list to choose from.
+class ListPopupStyle : public QProxyStyle {
+ public:
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *returned) const override {
+        if (hint == SH_ComboBox_Popup) return 0;
+        return QProxyStyle::styleHint(hint, option, widget, returned);
+    }
+};
 
 }  // namespace
 
@@ -17,8 +31,11 @@ Picker::Picker(QWidget *parent) : QComboBox(parent) {
     list->setUniformItemSizes(true);
     list->setTextElideMode(Qt::ElideMiddle);
     setView(list);
+    auto *popupStyle = new ListPopupStyle;
+    popupStyle->setParent(this);
+    setStyle(popupStyle);
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    setMinimumContentsLength(12);
+    setMinimumContentsLength(8);
     setMaxVisibleItems(16);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 
@@ -41,6 +58,17 @@ void Picker::show(const std::vector<std::string> &names, int index) {
     }
     index_ = index < count() ? index : -1;
     setCurrentIndex(index_);
+}
+
+void Picker::showPopup() {
+    QComboBox::showPopup();
+    QWidget *popup = view()->window();
+    const int widest = std::max(kWidestPopup, width());
+    if (popup->width() <= widest) return;
+
+    const QRect area = screen()->availableGeometry();
+    const int left = std::min(mapToGlobal(QPoint(0, 0)).x(), area.right() - widest);
+    popup->setGeometry(std::max(left, area.left()), popup->y(), widest, popup->height());
 }
 
 void Picker::paintEvent(QPaintEvent *) {

@@ -20,6 +20,10 @@ class Picker : public QComboBox {
     void show(const std::vector<std::string> &names, int index);
     using QComboBox::show;
 
+    /// Not wider than kWidestPopup and not higher than a handful of entries, however many and long the names
+    /// are.
+    void showPopup() override;
+
  protected:
     /// A name too long for the box ends in an ellipsis.
     void paintEvent(QPaintEvent *event) override;
@@ -27,6 +31,8 @@ class Picker : public QComboBox {
     void wheelEvent(QWheelEvent *event) override;
 
  private:
+    static constexpr int kWidestPopup = 480;
+
     std::vector<std::string> names_;
     int index_ = -1;
     std::function<void(int)> chosen_;

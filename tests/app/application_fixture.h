@@ -26,8 +26,10 @@ class ApplicationTest : public testing::Test {
  protected:
     /// File panels that answer at once with what was prepared; nothing prepared: cancelled.
     struct AnsweredPanels : platform::FilePanels {
-        void beginSavePanel(const std::string &name, std::function<void(std::string)> chosen) override {
+        void beginSavePanel(const std::string &name, const std::optional<std::string> &folder,
+                            std::function<void(std::string)> chosen) override {
             presetName = name;
+            startFolder = folder;
             if (savePath) chosen(*savePath);
         }
         std::optional<std::string> runOpenPanel(const std::string &panelTitle,
@@ -61,7 +63,7 @@ class ApplicationTest : public testing::Test {
     void launch() {
         delegate_.emplace();
         delegate_->applicationDidFinishLaunching();
-        QCoreApplication::processEvents();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(delegate_->mainWindow()));
         bench_.camera->forgetTransfers();
     }
 

@@ -39,6 +39,7 @@ TEST_F(SceneTransfer, ExportRunsTheUnquotedCommandAndPrintsIt) {
     const std::string command = "cd " + documents_.path().string() + " && zip -r /tmp/mi copia.prs Presets";
     EXPECT_EQ(GetCapturedStdout(), "/tmp/mi copia\n" + command + "\n");
     EXPECT_THAT(shell_->ran, ElementsAre(ElementsAre(command)));
+    EXPECT_EQ(panels_->startFolder, documents_.path().string());
     EXPECT_EQ(panels_->presetName, QDate::currentDate().toString(Qt::ISODate).toStdString());
     EXPECT_TRUE(alerts_.shown().empty());
 }

@@ -87,7 +87,7 @@ class FilePanels : public FolderTest {
 
     /// The save panel, in this test's folder.
     QFileDialog &beginSaving(const std::string &name) {
-        panels_.beginSavePanel(name, [this](const std::string &file) {
+        panels_.beginSavePanel(name, std::nullopt, [this](const std::string &file) {
             chosen_.push_back(file);
             panelStillShown_ = shownPanel("savePanel") != nullptr;
         });

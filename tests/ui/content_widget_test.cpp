@@ -75,6 +75,35 @@ TEST_F(ContentWidgetTest, ChoosingEntriesWalksTheTreeAndMovesTheCameraOncePerCho
     EXPECT_EQ(bench_.camera->target().pan, -72000);
 }
 
+TEST_F(ContentWidgetTest, KeysThatCameWhileTheCameraWasBusyMeetNoStaleSelection) {
+    storeSample();
+    start();
+    choose("pickerCentro", "Norte");
+    choose("pickerAula", "Vacía");
+    // No events are processed between these, as when both keys were waiting.
+    QTest::keyClick(picker("pickerCentro"), Qt::Key_Down);
+    EXPECT_FALSE(picker("pickerAula")->isEnabled());
+    EXPECT_FALSE(button("buttonRemoveAula")->isEnabled());
+    QTest::keyClick(picker("pickerAula"), Qt::Key_Up);
+    QTest::mouseClick(button("buttonRemoveAula"), Qt::LeftButton);
+    EXPECT_TRUE(alerts_.shown().empty());
+    EXPECT_EQ(view_->selectedGrupo, 2);
+}
+
+TEST_F(ContentWidgetTest, FocusLeavesADisabledButtonForItsNeighbour) {
+    storeRoom(" Sin grupo", "Sala", {scene("Uno", 1, 1, 1)});
+    start();
+    button("buttonRemoveEscena")->setFocus();
+    alerts_.accept();
+    QTest::keyClick(button("buttonRemoveEscena"), Qt::Key_Space);
+    EXPECT_EQ(widget_->focusWidget(), button("buttonAddEscena"));
+
+    button("buttonRemoveAula")->setFocus();
+    alerts_.accept();
+    QTest::keyClick(button("buttonRemoveAula"), Qt::Key_Space);
+    EXPECT_EQ(widget_->focusWidget(), button("buttonAddAula"));
+}
+
 TEST_F(ContentWidgetTest, PickersAndButtonsAreEnabledAsTheTreeAllows) {
     storeSample();
     start();
@@ -224,16 +253,38 @@ TEST_F(ContentWidgetTest, FailedWritesStillRefresh) {
     EXPECT_EQ(entries(picker("pickerEscena")), QStringList({"Mesa", "Nueva"}));
 }
 
-TEST_F(ContentWidgetTest, ContentIsWithinItsLimitsAndNothingIsCutOff) {
-    storeSample();
+TEST_F(ContentWidgetTest, ContentIsWithinItsLimitsWhateverIsAsked) {
     start();
     for (const int width : {100, 700, 2000}) {
         widget_->resize(width, width);
         EXPECT_EQ(widget_->height(), 200);
         EXPECT_EQ(widget_->width(), std::clamp(width, 600, 800));
     }
+}
+
+class ContentWidgetFont : public ContentWidgetTest, public testing::WithParamInterface<int> {
+ protected:
+    ContentWidgetFont() : usual_(QApplication::font()) {
+        QFont font = usual_;
+        font.setPointSize(GetParam());
+        QApplication::setFont(font);
+    }
+    ~ContentWidgetFont() override { QApplication::setFont(usual_); }
+
+ private:
+    QFont usual_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Points, ContentWidgetFont, testing::Values(9, 14, 20));
+
+TEST_P(ContentWidgetFont, CutsNothingOffAndCoversNothing) {
+    storeSample();
+    start();
     widget_->resize(600, 200);
     QCoreApplication::processEvents();
+    // A desktop's usual font is shown as it is.
+    EXPECT_EQ(widget_->font().pointSizeF() == GetParam(), GetParam() <= 9) << widget_->font().pointSizeF();
+    std::vector<const QWidget *> parts;
     const auto isInside = [this](const QWidget &child) {
         return widget_->rect().contains(QRect(child.mapTo(widget_.get(), QPoint()), child.size()));
     };
@@ -246,16 +297,33 @@ TEST_F(ContentWidgetTest, ContentIsWithinItsLimitsAndNothingIsCutOff) {
         EXPECT_TRUE(contents.size().expandedTo(text) == contents.size())
             << button->accessibleName().toStdString();
         EXPECT_TRUE(isInside(*button)) << button->accessibleName().toStdString();
+        parts.push_back(button);
     }
     for (const auto *label : widget_->findChildren<QLabel *>()) {
         EXPECT_GE(label->width(), label->sizeHint().width()) << label->text().toStdString();
         EXPECT_TRUE(isInside(*label)) << label->text().toStdString();
+        parts.push_back(label);
     }
+    for (const char *logo : {"LogoZEL", "LogoKAV"}) parts.push_back(widget_->findChild<QWidget *>(logo));
+    const auto area = [this](const QWidget *part) {
+        return QRect(part->mapTo(widget_.get(), QPoint()), part->size());
+    };
+    for (const QWidget *one : parts)
+        for (const QWidget *other : parts)
+            if (one != other) {
+                EXPECT_FALSE(area(one).intersects(area(other)))
+                    << one->accessibleName().toStdString() << "/" << other->accessibleName().toStdString();
+            }
 }
 
 TEST_F(ContentWidgetTest, EveryControlHasItsOwnSpokenNameAndPickersTheirLabels) {
     start();
     std::set<QString> names;
+    for (const auto *control : widget_->findChildren<QWidget *>())
+        if (control->focusPolicy() != Qt::NoFocus && !control->objectName().isEmpty() &&
+            control->isVisible()) {
+            EXPECT_FALSE(control->accessibleDescription().isEmpty()) << control->objectName().toStdString();
+        }
     for (const auto *button : widget_->findChildren<QAbstractButton *>())
         EXPECT_TRUE(names.insert(button->accessibleName()).second) << button->objectName().toStdString();
     for (const auto *box : widget_->findChildren<QComboBox *>())

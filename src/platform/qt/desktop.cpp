@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <cstdio>
 #include <memory>
 
 #include "platform/command_shell.h"
@@ -32,6 +33,8 @@ void startDesktop(QApplication &application, const char *title) {
     QGuiApplication::setDesktopFileName(QCoreApplication::applicationName());
     QGuiApplication::setQuitOnLastWindowClosed(false);
     speakSpanish(application);
+    // Diagnostic lines come when they happen, also into a file, and in the order of those of the children.
+    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
 
     installServices({.alerts = std::make_shared<QtAlerts>(title),
                      .folders = std::make_shared<QtUserFolders>(),

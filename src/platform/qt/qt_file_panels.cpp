@@ -42,7 +42,8 @@ void prepare(QFileDialog &panel, const QString &acceptLabel) {
 
 }  // namespace
 
-void QtFilePanels::beginSavePanel(const std::string &name, std::function<void(std::string)> chosen) {
+void QtFilePanels::beginSavePanel(const std::string &name, const std::optional<std::string> &folder,
+                                  std::function<void(std::string)> chosen) {
     // Owns itself: it goes when it is closed, at the latest when the application quits.
     auto *panel = new QFileDialog;
     panel->setObjectName(QStringLiteral("savePanel"));
@@ -53,6 +54,7 @@ void QtFilePanels::beginSavePanel(const std::string &name, std::function<void(st
     prepare(*panel, QStringLiteral("Guardar"));
     panel->setAcceptMode(QFileDialog::AcceptSave);
     panel->setFileMode(QFileDialog::AnyFile);
+    if (folder) panel->setDirectory(QString::fromStdString(*folder));
     panel->selectFile(QString::fromStdString(name));
 
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, panel, &QWidget::close);

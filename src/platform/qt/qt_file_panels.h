@@ -10,7 +10,8 @@ class QtFilePanels final : public FilePanels {
  public:
     /// The panel stays above the other windows and does not block them; it asks before an existing file is
     /// named. `chosen` runs from the event loop once the panel has left the screen.
-    void beginSavePanel(const std::string &name, std::function<void(std::string)> chosen) override;
+    void beginSavePanel(const std::string &name, const std::optional<std::string> &folder,
+                        std::function<void(std::string)> chosen) override;
 
     /// Application-modal. Every file that is not hidden can be chosen.
     [[nodiscard]] std::optional<std::string> runOpenPanel(const std::string &title,
