@@ -53,6 +53,10 @@ std::span<const Control> allControls() {
     return kControls;
 }
 
+std::uint8_t unitId(const CameraOptions &options, const Control &control) {
+    return control.unit == kCameraTerminal ? options.cameraTerminalId : options.processingUnitId;
+}
+
 bool hasControl(const CameraOptions &options, const Control &control) {
     if (control.unit != kCameraTerminal) return true;
     if (control.selector == kPanTiltAbsoluteSelector) return options.hasPanTiltAbs;
@@ -62,7 +66,8 @@ bool hasControl(const CameraOptions &options, const Control &control) {
 
 const Control *findControl(const CameraOptions &options, std::uint8_t unit, std::uint8_t selector) {
     const auto found = std::ranges::find_if(kControls, [&](const Control &control) {
-        return control.unit == unit && control.selector == selector && hasControl(options, control);
+        return unitId(options, control) == unit && control.selector == selector &&
+               hasControl(options, control);
     });
     return found == kControls.end() ? nullptr : &*found;
 }

@@ -13,7 +13,8 @@
 /// the range requests and the check of a new setting all come, so that they cannot disagree.
 namespace simulator {
 
-/// Entity ids of the camera, as its descriptors give them and as requests name them (high byte of wIndex).
+/// Entities of the camera, by the ids that a healthy one gives them; unitId() tells what a camera of other
+/// options calls them in its descriptors and in requests (high byte of wIndex).
 inline constexpr std::uint8_t kCameraTerminal = 1;
 inline constexpr std::uint8_t kProcessingUnit = 2;
 inline constexpr std::uint8_t kOutputTerminal = 3;
@@ -56,14 +57,17 @@ struct Control {
 /// The whole table, whether or not a camera's options leave something out.
 [[nodiscard]] std::span<const Control> allControls();
 
+/// The id of the control's entity in a camera of these options.
+[[nodiscard]] std::uint8_t unitId(const CameraOptions &options, const Control &control);
+
 /// Whether a camera of these options has the control.
 [[nodiscard]] bool hasControl(const CameraOptions &options, const Control &control);
 
-/// The control, or null where a camera of these options has none such.
+/// The control behind a unit id and a selector, or null where a camera of these options has none such.
 [[nodiscard]] const Control *findControl(const CameraOptions &options, std::uint8_t unit,
                                          std::uint8_t selector);
 
-/// The bitmap of `unit`, `size` bytes long, bit 0 of the first byte first.
+/// The bitmap of an entity, `size` bytes long, bit 0 of the first byte first.
 [[nodiscard]] std::vector<std::uint8_t> controlBitmap(const CameraOptions &options, std::uint8_t unit,
                                                       std::size_t size);
 

@@ -27,7 +27,6 @@ constexpr std::uint8_t kVideoControlSubclass = 0x01;
 constexpr std::uint8_t kVideoStreamingSubclass = 0x02;
 constexpr std::uint8_t kVideoCollectionSubclass = 0x03;
 
-constexpr std::uint8_t kProductString = 1;
 constexpr std::uint8_t kNoString = 0;
 
 constexpr std::uint16_t kStatusPacketBytes = 16;
@@ -87,13 +86,12 @@ Bytes interfaceDescriptor(std::uint8_t number, std::uint8_t subclass, std::uint8
 
 /// USB Video Class 1.1, section 3.7.2; wTotalLength is filled in by withTotalLength().
 Bytes videoControlHeader(const CameraOptions &options) {
-    constexpr std::uint32_t kClockHz = 48'000'000;
     return Descriptor(kClassInterface, 0x01)
         .u2(options.uvcVersion)
         .u2(0)
         .u4(kClockHz)
         .u1(1)
-        .u1(kVideoStreamingInterface)
+        .u1(videoStreamingInterface(options))
         .finished();
 }
 
@@ -102,7 +100,7 @@ Bytes cameraTerminal(const CameraOptions &options) {
     constexpr std::uint16_t kCameraTerminalType = 0x0201;
     const Bytes controls = controlBitmap(options, kCameraTerminal, 3);
     return Descriptor(kClassInterface, 0x02)
-        .u1(kCameraTerminal)
+        .u1(options.cameraTerminalId)
         .u2(kCameraTerminalType)
         .u1(0)          // bAssocTerminal
         .u1(kNoString)  // iTerminal
@@ -120,9 +118,9 @@ Bytes processingUnit(const CameraOptions &options) {
     const bool version11 = options.uvcVersion >= 0x0110;
     const Bytes controls = controlBitmap(options, kProcessingUnit, version11 ? 3 : 2);
     Descriptor descriptor(kClassInterface, 0x05);
-    descriptor.u1(kProcessingUnit)
-        .u1(kCameraTerminal)  // bSourceID
-        .u2(0)                // wMaxMultiplier
+    descriptor.u1(options.processingUnitId)
+        .u1(options.cameraTerminalId)  // bSourceID
+        .u2(0)                         // wMaxMultiplier
         .u1(controls.size())
         .raw(controls)
         .u1(kNoString);
@@ -131,13 +129,13 @@ Bytes processingUnit(const CameraOptions &options) {
 }
 
 /// USB Video Class 1.1, section 3.7.2.2.
-Bytes outputTerminal() {
+Bytes outputTerminal(const CameraOptions &options) {
     constexpr std::uint16_t kStreamingTerminalType = 0x0101;
     return Descriptor(kClassInterface, 0x03)
         .u1(kOutputTerminal)
         .u2(kStreamingTerminalType)
-        .u1(0)                // bAssocTerminal
-        .u1(kProcessingUnit)  // bSourceID
+        .u1(0)                         // bAssocTerminal
+        .u1(options.processingUnitId)  // bSourceID
         .u1(kNoString)
         .finished();
 }
@@ -177,7 +175,7 @@ Bytes uncompressedFormat() {
     constexpr std::array<std::uint8_t, 16> kYuy2{0x59, 0x55, 0x59, 0x32, 0x00, 0x00, 0x10, 0x00,
                                                  0x80, 0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71};
     return Descriptor(kClassInterface, 0x04)
-        .u1(1)  // bFormatIndex
+        .u1(kFormatIndex)
         .u1(1)  // bNumFrameDescriptors
         .raw(kYuy2)
         .u1(16)  // bBitsPerPixel
@@ -191,19 +189,18 @@ Bytes uncompressedFormat() {
 
 /// USB Video Class 1.1, Uncompressed Payload, section 3.1.2.
 Bytes uncompressedFrame() {
-    constexpr std::uint32_t kInterval = 10'000'000 / kFramesPerSecond;  // in units of 100 ns
     constexpr std::uint32_t kBitRate = kFrameBytes * 8 * kFramesPerSecond;
     return Descriptor(kClassInterface, 0x05)
-        .u1(1)  // bFrameIndex
+        .u1(kFrameIndex)
         .u1(0)  // bmCapabilities
         .u2(kFrameWidth)
         .u2(kFrameHeight)
         .u4(kBitRate)  // dwMinBitRate, dwMaxBitRate
         .u4(kBitRate)
         .u4(kFrameBytes)
-        .u4(kInterval)  // dwDefaultFrameInterval
-        .u1(1)          // bFrameIntervalType: one discrete interval
-        .u4(kInterval)
+        .u4(kFrameInterval)  // dwDefaultFrameInterval
+        .u1(1)               // bFrameIntervalType: one discrete interval
+        .u4(kFrameInterval)
         .finished();
 }
 
@@ -212,7 +209,7 @@ Bytes colourMatching() {
     return Descriptor(kClassInterface, 0x0D).u1(1).u1(1).u1(4).finished();
 }
 
-Bytes videoStreamingInterface() {
+Bytes videoStreaming(const CameraOptions &options) {
     Bytes block = streamingInputHeader();
     append(block, uncompressedFormat());
     append(block, uncompressedFrame());
@@ -220,16 +217,31 @@ Bytes videoStreamingInterface() {
 
     constexpr std::size_t kTotalLengthOffset = 4;
     constexpr std::uint8_t kBulkTransfer = 0x02;
-    Bytes bytes = interfaceDescriptor(kVideoStreamingInterface, kVideoStreamingSubclass, kNoString);
+    Bytes bytes = interfaceDescriptor(videoStreamingInterface(options), kVideoStreamingSubclass, kNoString);
     append(bytes, withTotalLength(std::move(block), kTotalLengthOffset));
     append(bytes,
            Descriptor(kEndpoint).u1(kVideoEndpoint).u1(kBulkTransfer).u2(kBulkPacketBytes).u1(0).finished());
     return bytes;
 }
 
-Bytes interfaceAssociation() {
+/// What fills the numbers below a VideoControl interface that is not number 0: nothing that a host would
+/// drive.
+Bytes idleInterface(std::uint8_t number) {
+    constexpr std::uint8_t kVendorSpecific = 0xFF;
+    return Descriptor(kInterface)
+        .u1(number)
+        .u1(0)
+        .u1(0)
+        .u1(kVendorSpecific)
+        .u1(0)
+        .u1(0)
+        .u1(kNoString)
+        .finished();
+}
+
+Bytes interfaceAssociation(const CameraOptions &options) {
     return Descriptor(kInterfaceAssociation)
-        .u1(kVideoControlInterface)
+        .u1(options.videoControlInterface)
         .u1(2)  // bInterfaceCount
         .u1(kVideoClass)
         .u1(kVideoCollectionSubclass)
@@ -239,6 +251,10 @@ Bytes interfaceAssociation() {
 }
 
 }  // namespace
+
+std::uint8_t videoStreamingInterface(const CameraOptions &options) {
+    return static_cast<std::uint8_t>(options.videoControlInterface + 1);
+}
 
 Bytes buildDeviceDescriptor(const CameraOptions &options) {
     return Descriptor(kDevice)
@@ -258,31 +274,34 @@ Bytes buildDeviceDescriptor(const CameraOptions &options) {
 }
 
 Bytes buildVideoControlDescriptors(const CameraOptions &options) {
-    Bytes block = videoControlHeader(options);
+    Bytes block;
+    if (options.hasHeader) append(block, videoControlHeader(options));
     append(block, cameraTerminal(options));
     append(block, processingUnit(options));
-    append(block, outputTerminal());
+    append(block, outputTerminal(options));
 
     constexpr std::size_t kTotalLengthOffset = 5;
-    return withTotalLength(std::move(block), kTotalLengthOffset);
+    return options.hasHeader ? withTotalLength(std::move(block), kTotalLengthOffset) : block;
 }
 
 Bytes buildConfigurationDescriptor(const CameraOptions &options) {
     constexpr std::uint8_t kBusPowered = 0x80;
     constexpr std::uint8_t kMaxPower = 250;  // 500 mA
     Bytes bytes = Descriptor(kConfiguration)
-                      .u2(0)  // wTotalLength
-                      .u1(2)  // bNumInterfaces
-                      .u1(1)  // bConfigurationValue
+                      .u2(0)                                   // wTotalLength
+                      .u1(options.videoControlInterface + 2u)  // bNumInterfaces
+                      .u1(kConfigurationValue)
                       .u1(kNoString)
                       .u1(kBusPowered)
                       .u1(kMaxPower)
                       .finished();
-    append(bytes, interfaceAssociation());
-    append(bytes, interfaceDescriptor(kVideoControlInterface, kVideoControlSubclass, kProductString));
+    for (std::uint8_t number = 0; number < options.videoControlInterface; ++number)
+        append(bytes, idleInterface(number));
+    append(bytes, interfaceAssociation(options));
+    append(bytes, interfaceDescriptor(options.videoControlInterface, kVideoControlSubclass, kProductString));
     append(bytes, buildVideoControlDescriptors(options));
     append(bytes, statusEndpoint());
-    append(bytes, videoStreamingInterface());
+    append(bytes, videoStreaming(options));
 
     constexpr std::size_t kTotalLengthOffset = 2;
     return withTotalLength(std::move(bytes), kTotalLengthOffset);

@@ -31,6 +31,11 @@ RequestKey keyOf(const usb::SetupPacket &setup) {
     return {highByte(setup.index), highByte(setup.value), setup.request};
 }
 
+bool isMotorised(const Control &control) {
+    return control.unit == kCameraTerminal &&
+           (control.selector == kPanTiltAbsoluteSelector || control.selector == kZoomAbsoluteSelector);
+}
+
 /// One property of the three axes; those of controls that this camera lacks included, since the motors are
 /// there.
 Pose axes(std::int32_t ControlField::*property) {
@@ -66,7 +71,7 @@ std::vector<std::uint8_t> CameraModel::videoControlDescriptors() const {
 }
 
 std::uint8_t CameraModel::videoControlInterface() const {
-    return kVideoControlInterface;
+    return options_.videoControlInterface;
 }
 
 bool CameraModel::controlRequest(const usb::SetupPacket &setup, std::span<std::uint8_t> data) {
@@ -80,7 +85,7 @@ bool CameraModel::controlRequest(const usb::SetupPacket &setup, std::span<std::u
 
 bool CameraModel::answer(const usb::SetupPacket &setup, std::span<std::uint8_t> data) {
     if (setup.length != data.size()) return false;
-    if (lowByte(setup.index) != kVideoControlInterface || lowByte(setup.value) != 0) return false;
+    if (lowByte(setup.index) != options_.videoControlInterface || lowByte(setup.value) != 0) return false;
     if (options_.refused.contains(keyOf(setup))) return false;
 
     const Control *control = findControl(options_, highByte(setup.index), highByte(setup.value));
@@ -111,16 +116,13 @@ bool CameraModel::set(const Control &control, std::span<const std::uint8_t> data
 std::vector<std::uint8_t> CameraModel::get(const Control &control, std::uint8_t request) const {
     switch (request) {
         case request::kGetCur:
-            // The current setting is where the camera was told to go, even while the motors run. A nudge
-            // reads and then sets: with the momentary position, every click made on the way would lose a part
-            // of the one before; and a scene saved right after another was chosen would keep a point on the
-            // road.
-            return settings_.at({control.unit, control.selector});
+            return current(control);
         case request::kGetMin:
             return encode(control, &ControlField::minimum);
         case request::kGetMax:
             return encode(control, &ControlField::maximum);
         case request::kGetRes:
+            if (options_.zeroResolution) return std::vector<std::uint8_t>(control.size(), 0);
             return encode(control, &ControlField::resolution);
         case request::kGetDef:
             return encode(control, &ControlField::standard);
@@ -131,6 +133,18 @@ std::vector<std::uint8_t> CameraModel::get(const Control &control, std::uint8_t 
         default:
             return {};
     }
+}
+
+std::vector<std::uint8_t> CameraModel::current(const Control &control) const {
+    if (options_.outsideRange && isMotorised(control)) {
+        Control beyond = control;
+        for (ControlField &field : beyond.fields) field.maximum += 10 * field.resolution;
+        return encode(beyond, &ControlField::maximum);
+    }
+    // The current setting is where the camera was told to go, even while the motors run. A nudge reads and
+    // then sets: with the momentary position, every click made on the way would lose a part of the one
+    // before; and a scene saved right after another was chosen would keep a point on the road.
+    return settings_.at({control.unit, control.selector});
 }
 
 Pose CameraModel::pose() const {

@@ -56,6 +56,12 @@ class CameraModel {
     /// of pan-tilt-abs and zoom-abs answers where the camera is heading, not where it stands.
     [[nodiscard]] bool controlRequest(const usb::SetupPacket &setup, std::span<std::uint8_t> data);
 
+    /// How many bytes of an accepted answer of `asked` bytes the camera really sends; as with the delay
+    /// below, whoever carries the answer sees to it.
+    [[nodiscard]] std::size_t answeredBytes(std::size_t asked) const {
+        return options_.shortAnswers ? (asked + 1) / 2 : asked;
+    }
+
     /// Where the lens stands now: on its way while the motors run.
     [[nodiscard]] Pose pose() const;
     /// Where it is heading (where it stands, once there).
@@ -92,6 +98,7 @@ class CameraModel {
     [[nodiscard]] bool answer(const usb::SetupPacket &setup, std::span<std::uint8_t> data);
     [[nodiscard]] bool set(const Control &control, std::span<const std::uint8_t> data);
     [[nodiscard]] std::vector<std::uint8_t> get(const Control &control, std::uint8_t request) const;
+    [[nodiscard]] std::vector<std::uint8_t> current(const Control &control) const;
     void record(Transfer transfer);
 
     CameraOptions options_;

@@ -19,6 +19,15 @@ struct CameraOptions {
     bool hasPanTiltAbs = true;
     bool hasZoomAbs = true;
     std::set<RequestKey> refused;  ///< requests that this camera stalls although it has the control
+
+    // Ways in which real cameras differ from what a host likes to take for granted.
+    std::uint8_t cameraTerminalId = 1;
+    std::uint8_t processingUnitId = 2;
+    std::uint8_t videoControlInterface = 0;  ///< the interfaces below it are of no class that anyone drives
+    bool hasHeader = true;                   ///< the VideoControl header descriptor
+    bool shortAnswers = false;               ///< see CameraModel::answeredBytes()
+    bool outsideRange = false;               ///< pan, tilt and zoom read as ten steps above their own maximum
+    bool zeroResolution = false;             ///< GET_RES answers 0
 };
 
 }  // namespace simulator

@@ -64,7 +64,10 @@ class SimulatedVideoControl : public usb::VideoControl {
         // tests.
         if (camera.answerDelay() > std::chrono::milliseconds(usb::kRequestTimeout)) return Outcome::timedOut;
         if (camera.answerDelay().count() > 0) std::this_thread::sleep_for(camera.answerDelay());
-        return camera.controlRequest(setup, data) ? Outcome::done : Outcome::refused;
+        if (!camera.controlRequest(setup, data)) return Outcome::refused;
+        constexpr std::uint8_t kDeviceToHost = 0x80;
+        const bool isAnswer = (setup.requestType & kDeviceToHost) != 0;
+        return isAnswer && camera.answeredBytes(data.size()) < data.size() ? Outcome::failed : Outcome::done;
     }
 
  private:

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string_view>
 
+#include "ptz/supported_camera.h"
 #include "uvc/uvc_catalogue.h"
 #include "uvc/uvc_control.h"
 #include "uvc/uvc_controller.h"
@@ -12,18 +13,11 @@
 
 namespace {
 
-constexpr std::uint16_t kVendorId = 0x2574;
-constexpr std::uint16_t kProductId = 0x09C0;
 
 /// The last supported camera of the list; null when there is none.
 std::shared_ptr<UVCController> chooseCamera() {
     const auto controllers = UVCController::uvcControllers();
-    if (!controllers) return nullptr;
-
-    std::shared_ptr<UVCController> chosen;
-    for (const auto &controller : *controllers)
-        if (controller->vendorId() == kVendorId && controller->productId() == kProductId) chosen = controller;
-    return chosen;
+    return controllers ? ptz::supportedCamera(*controllers) : nullptr;
 }
 
 std::shared_ptr<UVCControl> controlOf(UVCController &camera, const char *name) {

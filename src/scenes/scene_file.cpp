@@ -41,39 +41,41 @@ std::string reasonFor(const fs::path &path, const std::string &reason) {
     return path.string() + ": " + reason;
 }
 
-/// The whole file; nothing, with the reason in `error`, for anything but a regular file of a sensible size. A
-/// pipe or a device would hang the window or never end.
-std::optional<std::string> readRegularFile(const fs::path &path, std::string &error) {
+struct FileText {
+    std::optional<std::string> content;
+    scenes::SceneFile::Outcome failure = scenes::SceneFile::Outcome::Inaccessible;
+    std::string error;
+    int systemError = 0;
+};
+
+FileText cannotAccess(const fs::path &path, int systemError) {
+    return {{},
+            scenes::SceneFile::Outcome::Inaccessible,
+            reasonFor(path, std::strerror(systemError)),
+            systemError};
+}
+
+/// The whole file; nothing for anything but a regular file of a sensible size. A pipe or a device would hang
+/// the window or never end.
+FileText readRegularFile(const fs::path &path) {
+    using Outcome = scenes::SceneFile::Outcome;
     std::error_code failure;
     const fs::file_status status = fs::status(path, failure);
-    if (failure) {
-        error = reasonFor(path, failure.message());
-        return std::nullopt;
-    }
-    if (!fs::is_regular_file(status)) {
-        error = reasonFor(path, "not a regular file");
-        return std::nullopt;
-    }
+    if (failure) return cannotAccess(path, failure.value());
+    if (!fs::is_regular_file(status))
+        return {{}, Outcome::NotAFile, reasonFor(path, "not a regular file"), 0};
     const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rbe"));
-    if (!file) {
-        error = reasonFor(path, std::strerror(errno));
-        return std::nullopt;
-    }
+    if (!file) return cannotAccess(path, errno);
 
     std::string content;
     std::array<char, 1 << 14> piece{};
     while (const std::size_t got = std::fread(piece.data(), 1, piece.size(), file.get())) {
         content.append(piece.data(), got);
-        if (content.size() > kLargestFile) {
-            error = reasonFor(path, "too large for a scene file");
-            return std::nullopt;
-        }
+        if (content.size() > kLargestFile)
+            return {{}, Outcome::TooLarge, reasonFor(path, "too large for a scene file"), 0};
     }
-    if (std::ferror(file.get()) != 0) {
-        error = reasonFor(path, std::strerror(errno));
-        return std::nullopt;
-    }
-    return content;
+    if (std::ferror(file.get()) != 0) return cannotAccess(path, errno);
+    return {std::move(content), {}, {}, 0};
 }
 
 /// Writes `text` to a temporary file beside `path` that then takes its place. Returns the reason of a
@@ -160,11 +162,26 @@ std::vector<ManualPreset> FileToPreset(const std::string &Path) {
     if (!documents) return {};
     if (Path.find('\0') != std::string::npos) return cantRead("the name holds a zero byte");
 
-    std::string error;
-    const auto text = readRegularFile(*documents + "/" + Path, error);
-    if (!text) return cantRead(error);
-    scenes::DecodedScenes decoded = scenes::decodeSceneText(*text);
-    if (decoded.outcome == scenes::DecodedScenes::Outcome::Fatal) platform::fatalStop();
-    if (decoded.outcome == scenes::DecodedScenes::Outcome::Unreadable) return cantRead(decoded.error);
-    return std::move(decoded.presets);
+    scenes::SceneFile file = scenes::readSceneFile(*documents + "/" + Path);
+    if (file.outcome == scenes::SceneFile::Outcome::Fatal) platform::fatalStop();
+    if (file.outcome != scenes::SceneFile::Outcome::Read) return cantRead(file.error);
+    return std::move(file.presets);
+}
+
+scenes::SceneFile scenes::readSceneFile(const std::filesystem::path &path) {
+    FileText text = readRegularFile(path);
+    if (!text.content) return {text.failure, {}, std::move(text.error), text.systemError};
+    DecodedScenes decoded = decodeSceneText(*text.content);
+    switch (decoded.outcome) {
+        case DecodedScenes::Outcome::Read:
+            return {SceneFile::Outcome::Read, std::move(decoded.presets), {}, 0};
+        case DecodedScenes::Outcome::Unreadable:
+            return {text.content->empty() ? SceneFile::Outcome::Empty : SceneFile::Outcome::NoScenes,
+                    {},
+                    std::move(decoded.error),
+                    0};
+        case DecodedScenes::Outcome::Fatal:
+            break;
+    }
+    return {SceneFile::Outcome::Fatal, {}, {}, 0};
 }

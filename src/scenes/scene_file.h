@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -19,3 +20,27 @@ void PresetToFile(const std::string &Path, const std::vector<ManualPreset> &arra
 /// empty list without a line when there is no Documents folder. A file that decrypts to no base64 text, as
 /// nearly all foreign or damaged ones do, is a fatal stop.
 [[nodiscard]] std::vector<ManualPreset> FileToPreset(const std::string &Path);
+
+namespace scenes {
+
+/// One scene file as reading has found it.
+struct SceneFile {
+    enum class Outcome {
+        Read,          ///< `presets` are its scenes
+        Inaccessible,  ///< the system does not let it be read; `systemError` (an errno) says why
+        NotAFile,      ///< a folder, a pipe, a device
+        TooLarge,      ///< more than 64 MiB
+        Empty,         ///< no bytes at all
+        NoScenes,      ///< its text is not that of a scene file, or a scene in it is incomplete
+        Fatal          ///< where FileToPreset() stops the program
+    };
+    Outcome outcome = Outcome::Fatal;
+    std::vector<ManualPreset> presets;
+    std::string error;  ///< one line, in English, for the diagnostics; empty when read or fatal
+    int systemError = 0;
+};
+
+/// Reads the scene file at `path` (not relative to Documents) and never stops the program.
+[[nodiscard]] SceneFile readSceneFile(const std::filesystem::path &path);
+
+}  // namespace scenes

@@ -34,7 +34,8 @@ enum class Outcome {
 };
 
 /// Longest time, in milliseconds, that one control request may take before it ends as Outcome::timedOut.
-/// Long enough for a slow motor controller, short enough that a dead camera does not freeze the window.
+/// Long enough for a slow motor controller, short enough that a dead camera does not freeze the window. Where
+/// the kernel's camera driver carries the requests, the waiting is the driver's: 5 s for each transfer.
 inline constexpr unsigned kRequestTimeout = 2000;
 
 /// The VideoControl interface of one device: the first interface of class 14, subclass 1, any protocol, any

@@ -14,18 +14,33 @@ import tempfile
 ARROWS = {
     "src/usb": ["usb/usb.h"],
     "src/usb/libusb": ["usb/usb.h", "usb/libusb/"],
+    "src/usb/v4l2": ["usb/usb.h", "usb/v4l2/"],
+    "src/usb/linux": ["usb/usb.h", "usb/linux/", "usb/libusb/", "usb/v4l2/"],
     "src/uvc": ["uvc/", "usb/usb.h"],
     "src/platform": ["platform/"],
     "src/ptz": ["ptz/", "uvc/", "platform/"],
     "src/scenes": ["scenes/", "platform/"],
     "src/ui": ["ui/", "ptz/", "scenes/", "platform/"],
     "src/app": ["app/", "ui/", "ptz/", "scenes/", "platform/"],
+    "src/selfcheck": [
+        "selfcheck/",
+        "ptz/supported_camera.h",
+        "uvc/",
+        "usb/usb.h",
+        "usb/linux/interface_report.h",
+        "scenes/",
+        "platform/",
+        "app/product.h",
+    ],
     "simulator": ["simulator/", "usb/usb.h"],
     "simulator/edition": ["simulator/", "app/", "scenes/", "platform/", "uvc/uvc_controller.h"],
 }
 
 # The entry points choose the backends, and nobody else does.
-ENTRY_POINTS = {"src/app/main.cpp": ["usb/libusb/libusb_registry.h", "uvc/uvc_controller.h"]}
+ENTRY_POINTS = {
+    "src/app/main.cpp": ["usb/linux/linux_registry.h", "uvc/uvc_controller.h"],
+    "src/selfcheck/main.cpp": ["usb/linux/linux_registry.h"],
+}
 
 # Headers from outside -> the folders that may include them.
 OUTSIDE = [
@@ -33,11 +48,18 @@ OUTSIDE = [
     (r"linux/videodev2\.h|sys/ioctl\.h", ["src/usb/v4l2"]),
     (r"openssl/", ["src/scenes"]),
     (r"nlohmann/", ["src/scenes"]),
-    (r"Q[A-Z]\w*", ["src/platform/qt", "src/scenes", "src/ui", "src/app", "simulator/preview", "simulator/edition"]),
+    (
+        r"Q[A-Z]\w*",
+        ["src/platform/qt", "src/scenes", "src/ui", "src/app", "src/selfcheck"]
+        + ["simulator/preview", "simulator/edition", "simulator/usbip"],
+    ),
 ]
 
-# The window's state and what the buttons do are tested without widgets, and know none.
-WITHOUT_WIDGETS = re.compile(r"src/ui/(content_view|scene_actions|modal_prompts|observable)\.(h|cpp)")
+# The window's state, what the buttons do and what a check finds are tested without widgets, and know none.
+WITHOUT_WIDGETS = re.compile(
+    r"src/ui/(content_view|scene_actions|modal_prompts|observable)\.(h|cpp)"
+    r"|src/selfcheck/(\w*findings|examination|facts|report_text|watched_device)\.(h|cpp)"
+)
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
 
@@ -85,6 +107,8 @@ def self_test():
         "src/ui/a.cpp": '#include "uvc/uvc_controller.h"\n',
         "src/ui/content_view.h": "#include <QWidget>\n",
         "src/app/a.cpp": '#include "usb/libusb/libusb_registry.h"\n',
+        "src/selfcheck/a.cpp": '#include "usb/linux/linux_registry.h"\n',
+        "src/selfcheck/store_findings.cpp": "#include <QString>\n",
         "src/new/a.cpp": "",
         "simulator/a.cpp": '#include "app/app_delegate.h"\n',
     }

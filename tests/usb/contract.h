@@ -180,8 +180,14 @@ TYPED_TEST_P(RegistryContract, CarriesSettingsToTheCameraAndAnswersBack) {
     std::array<std::uint8_t, 8> answer{};
     EXPECT_EQ(control->controlRequest(getRequest(0x81, 1, 0x0D, 8), answer), usb::Outcome::done);
     EXPECT_EQ(answer, sent);
-    ASSERT_EQ(this->camera->transfers().size(), 2u);
-    EXPECT_EQ(this->camera->transfers().front().setup, set);
+
+    // A backend may ask the camera for its limits first, but moves it once.
+    std::vector<simulator::Transfer> sets;
+    for (const simulator::Transfer &transfer : this->camera->transfers())
+        if (transfer.setup.request == set.request) sets.push_back(transfer);
+    ASSERT_EQ(sets.size(), 1u);
+    EXPECT_EQ(sets.front().setup, set);
+    EXPECT_THAT(sets.front().data, testing::ElementsAreArray(sent));
 }
 
 TYPED_TEST_P(RegistryContract, TellsAStallAsRefusedAndGoesOn) {
@@ -190,6 +196,7 @@ TYPED_TEST_P(RegistryContract, TellsAStallAsRefusedAndGoesOn) {
     ASSERT_NE(control, nullptr);
     ASSERT_EQ(control->open(), usb::Outcome::done);
     EXPECT_EQ(control->controlRequest(getRequest(0x82, 1, 0x0B, 2), this->zoom), usb::Outcome::refused);
+    this->camera->refuse({1, 0x0B, 0x82}, false);
     this->zoom = {0xE9, 0x03};  // 1001: one above the limit
     EXPECT_EQ(control->controlRequest(kSetZoom, this->zoom), usb::Outcome::refused);
     this->zoom = {0xE8, 0x03};

@@ -4,7 +4,6 @@
 #include <bit>
 #include <cerrno>
 #include <cstddef>
-#include <cstring>
 #include <span>
 #include <utility>
 #include <vector>
@@ -15,23 +14,7 @@ namespace {
 
 constexpr std::size_t kSetupBytes = 8;
 
-GObjectPtr<UMockdevIoctlData> resolve(UMockdevIoctlData *data, std::size_t offset, std::size_t length) {
-    return GObjectPtr<UMockdevIoctlData>(umockdev_ioctl_data_resolve(data, offset, length, nullptr));
-}
-
 // Fields are read and written one by one: usbdevfs_urb ends in an array of no size, which C++ does not know.
-template <typename Value>
-Value read(const UMockdevIoctlData *data, std::size_t offset = 0) {
-    Value value{};
-    std::memcpy(&value, data->data + offset, sizeof value);
-    return value;
-}
-
-template <typename Value>
-void write(UMockdevIoctlData *data, std::size_t offset, Value value) {
-    std::memcpy(data->data + offset, &value, sizeof value);
-}
-
 void finish(UMockdevIoctlData *urb, int status, int actualLength) {
     write(urb, offsetof(usbdevfs_urb, status), status);
     write(urb, offsetof(usbdevfs_urb, actual_length), actualLength);
@@ -61,9 +44,9 @@ void UsbNode::pullOut() {
     claimed_ = 0;
 }
 
-void UsbNode::holdElsewhere() {
+void UsbNode::holdElsewhere(bool held) {
     const std::lock_guard lock(mutex_);
-    heldElsewhere_ = true;
+    heldElsewhere_ = held;
 }
 
 void UsbNode::shortenAnswers() {

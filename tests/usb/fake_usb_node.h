@@ -10,14 +10,9 @@
 #include <mutex>
 
 #include "simulator/camera_model.h"
+#include "usb/fake_ioctl.h"
 
 namespace fake {
-
-struct GObjectDeleter {
-    void operator()(void *object) const { g_object_unref(object); }
-};
-template <typename Object>
-using GObjectPtr = std::unique_ptr<Object, GObjectDeleter>;
 
 /// The kernel's side of one USB device node, as far as libusb uses it for control transfers: claims, and
 /// requests that are submitted, reaped and discarded. The camera behind it answers from umockdev's worker
@@ -33,8 +28,8 @@ class UsbNode {
 
     /// From now on every call answers ENODEV.
     void pullOut();
-    /// From now on another driver holds the interfaces.
-    void holdElsewhere();
+    /// From now on another driver holds the interfaces, or does so no longer.
+    void holdElsewhere(bool held = true);
     /// Answers to GET requests come one byte short.
     void shortenAnswers();
 

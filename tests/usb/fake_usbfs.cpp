@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 
 namespace fake {
 
@@ -29,6 +30,12 @@ std::string hex(const std::vector<std::uint8_t> &bytes) {
     return text;
 }
 
+/// The path below /sys, as umockdev's descriptions name devices.
+std::string withoutSys(const std::string &path) {
+    const std::string prefix = "/sys";
+    return path.starts_with(prefix) ? path.substr(prefix.size()) : path;
+}
+
 std::string padded(int number) {
     std::array<char, 16> text{};
     std::snprintf(text.data(), text.size(), "%03d", number);
@@ -36,6 +43,16 @@ std::string padded(int number) {
 }
 
 }  // namespace
+
+DeviceImage keyboardImage() {
+    return {{0x12, 0x01, 0x00, 0x02, 0x00, 0x00, 0x00, 0x08, 0x27, 0x06, 0x01, 0x00, 0x00, 0x01, 0x00, 0x00,
+             0x00, 0x01},
+            {0x09, 0x02, 0x22, 0x00, 0x01, 0x01, 0x00, 0xA0, 0x32, 0x09, 0x04, 0x00,
+             0x00, 0x01, 0x03, 0x01, 0x01, 0x00, 0x09, 0x21, 0x11, 0x01, 0x00, 0x01,
+             0x22, 0x3F, 0x00, 0x07, 0x05, 0x81, 0x03, 0x08, 0x00, 0x0A},
+            "Teclado",
+            true};
+}
 
 Usbfs::Usbfs() : testbed_(umockdev_testbed_new()) {
     if (umockdev_in_mock_environment() != TRUE) {
@@ -45,8 +62,11 @@ Usbfs::Usbfs() : testbed_(umockdev_testbed_new()) {
 }
 
 Usbfs::~Usbfs() {
-    for (const auto &[camera, plugged] : cameras_)
+    for (const auto &[camera, plugged] : cameras_) {
+        for (const std::string &node : videoNodesOf(camera))
+            umockdev_testbed_detach_ioctl(testbed_.get(), node.c_str(), nullptr);
         umockdev_testbed_detach_ioctl(testbed_.get(), plugged.devnode.c_str(), nullptr);
+    }
 }
 
 void Usbfs::plug(const std::shared_ptr<simulator::CameraModel> &camera, std::uint8_t bus,
@@ -57,12 +77,13 @@ void Usbfs::plug(const std::shared_ptr<simulator::CameraModel> &camera, std::uin
     auto [syspath, devnode] = addDevice(image, bus, ports);
     auto node = std::make_unique<UsbNode>(camera);
     umockdev_testbed_attach_ioctl(testbed_.get(), devnode.c_str(), node->handler(), nullptr);
-    cameras_[camera] = {std::move(syspath), std::move(devnode), std::move(node)};
+    cameras_[camera] = {std::move(syspath), std::move(devnode), std::move(node), nullptr};
 }
 
 void Usbfs::unplug(const std::shared_ptr<simulator::CameraModel> &camera) {
     Plugged &plugged = cameras_.at(camera);
     plugged.node->pullOut();
+    removeDriver(plugged);
     umockdev_testbed_uevent(testbed_.get(), plugged.syspath.c_str(), "remove");
     umockdev_testbed_remove_device(testbed_.get(), plugged.syspath.c_str());
     retired_.push_back(std::move(plugged.node));
@@ -78,8 +99,12 @@ UsbNode &Usbfs::nodeOf(const std::shared_ptr<simulator::CameraModel> &camera) {
 }
 
 std::string Usbfs::nodeFileOf(const std::shared_ptr<simulator::CameraModel> &camera) {
+    return fileOf(cameras_.at(camera).devnode);
+}
+
+std::string Usbfs::fileOf(const std::string &node) const {
     char *root = umockdev_testbed_get_root_dir(testbed_.get());
-    std::string path = root + cameras_.at(camera).devnode;
+    std::string path = root + node;
     g_free(root);
     return path;
 }
@@ -88,6 +113,64 @@ int Usbfs::claimedInterfaces() const {
     int claimed = 0;
     for (const auto &[camera, plugged] : cameras_) claimed += plugged.node->claimedInterfaces();
     return claimed;
+}
+
+void Usbfs::bindDriver(const std::shared_ptr<simulator::CameraModel> &camera, bool metadataFirst) {
+    Plugged &plugged = cameras_.at(camera);
+    plugged.node->holdElsewhere();
+
+    auto bound = std::make_unique<Bound>();
+    const std::string device = plugged.syspath.substr(plugged.syspath.rfind('/') + 1);
+    bound->interfacePath =
+        plugged.syspath + "/" + device + ":1." + std::to_string(camera->videoControlInterface());
+    addText("P: " + withoutSys(bound->interfacePath) +
+            "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\nL: driver=../../../../bus/usb/drivers/uvcvideo\n");
+
+    bound->driver = std::make_unique<Uvcvideo>(camera);
+    std::array handlers{bound->driver->captureHandler(), bound->driver->metadataHandler()};
+    if (metadataFirst) std::ranges::reverse(handlers);
+    for (UMockdevIoctlBase *handler : handlers) addVideoNode(*bound, handler);
+    plugged.bound = std::move(bound);
+}
+
+void Usbfs::addVideoNode(Bound &bound, UMockdevIoctlBase *handler) {
+    const std::string name = "video" + std::to_string(nextVideoNumber_++);
+    bound.nodePaths.push_back(bound.interfacePath + "/video4linux/" + name);
+    bound.nodes.push_back("/dev/" + name);
+    addText("P: " + withoutSys(bound.nodePaths.back()) + "\nN: " + name +
+            "\nE: SUBSYSTEM=video4linux\nE: DEVNAME=/dev/" + name + "\n");
+    umockdev_testbed_attach_ioctl(testbed_.get(), bound.nodes.back().c_str(), handler, nullptr);
+}
+
+void Usbfs::unbindDriver(const std::shared_ptr<simulator::CameraModel> &camera) {
+    removeDriver(cameras_.at(camera));
+    cameras_.at(camera).node->holdElsewhere(false);
+}
+
+void Usbfs::removeDriver(Plugged &plugged) {
+    if (!plugged.bound) return;
+    const std::unique_ptr<Bound> bound = std::move(plugged.bound);
+    bound->driver->pullOut();
+    for (const std::string &path : bound->nodePaths)
+        umockdev_testbed_remove_device(testbed_.get(), path.c_str());
+    umockdev_testbed_remove_device(testbed_.get(), bound->interfacePath.c_str());
+    retiredDrivers_.push_back(std::move(bound->driver));
+}
+
+Uvcvideo &Usbfs::driverOf(const std::shared_ptr<simulator::CameraModel> &camera) {
+    return *cameras_.at(camera).bound->driver;
+}
+
+std::vector<std::string> Usbfs::videoNodesOf(const std::shared_ptr<simulator::CameraModel> &camera) const {
+    const Plugged &plugged = cameras_.at(camera);
+    return plugged.bound ? plugged.bound->nodes : std::vector<std::string>();
+}
+
+std::vector<std::string> Usbfs::videoNodes() const {
+    std::vector<std::string> all;
+    for (const auto &[camera, plugged] : cameras_)
+        std::ranges::copy(videoNodesOf(camera), std::back_inserter(all));
+    return all;
 }
 
 std::pair<std::string, std::string> Usbfs::addDevice(const DeviceImage &image, std::uint8_t bus,
@@ -119,9 +202,7 @@ std::string Usbfs::addToTree(const DeviceImage &image, const std::string &syspat
     std::vector<std::uint8_t> descriptors = image.deviceDescriptor;
     descriptors.insert(descriptors.end(), image.configuration.begin(), image.configuration.end());
 
-    const std::string prefix = "/sys";
-    const bool isFull = syspath.starts_with(prefix);
-    std::string text = "P: " + (isFull ? syspath.substr(prefix.size()) : syspath) + "\n";
+    std::string text = "P: " + withoutSys(syspath) + "\n";
     text += "N: " + node + "\n";
     text += "E: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\nE: DEVNAME=/dev/" + node + "\n";
     text += "A: busnum=" + std::to_string(bus) + "\\n\n";
@@ -131,12 +212,16 @@ std::string Usbfs::addToTree(const DeviceImage &image, const std::string &syspat
     if (!image.product.empty()) text += "A: product=" + image.product + "\\n\n";
     text += "H: descriptors=" + hex(descriptors) + "\n";
 
+    addText(text);
+    return "/dev/" + node;
+}
+
+void Usbfs::addText(const std::string &text) {
     GError *error = nullptr;
     if (umockdev_testbed_add_from_string(testbed_.get(), text.c_str(), &error) != TRUE) {
         std::fprintf(stderr, "umockdev: %s\n", error->message);
         std::abort();
     }
-    return "/dev/" + node;
 }
 
 }  // namespace fake

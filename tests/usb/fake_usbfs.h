@@ -12,6 +12,7 @@
 
 #include "simulator/camera_model.h"
 #include "usb/fake_usb_node.h"
+#include "usb/fake_uvcvideo.h"
 
 namespace fake {
 
@@ -22,6 +23,9 @@ struct DeviceImage {
     std::string product;     ///< empty: no such attribute
     bool configured = true;  ///< false: no configuration is active
 };
+
+/// A device of one interface that is no camera.
+[[nodiscard]] DeviceImage keyboardImage();
 
 /// A machine's USB bus without the machine: a device tree in sysfs and device nodes in /dev/bus/usb, made by
 /// umockdev, behind which simulated cameras answer what the real libusb asks through ioctl. The program must
@@ -46,11 +50,30 @@ class Usbfs {
     [[nodiscard]] std::string nodeFileOf(const std::shared_ptr<simulator::CameraModel> &camera);
     [[nodiscard]] int claimedInterfaces() const;
 
+    /// The kernel's camera driver takes the camera's VideoControl interface. Its two nodes, of which the
+    /// first one takes pictures unless `metadataFirst`, get the next numbers that no node has had yet.
+    void bindDriver(const std::shared_ptr<simulator::CameraModel> &camera, bool metadataFirst = false);
+    void unbindDriver(const std::shared_ptr<simulator::CameraModel> &camera);
+    [[nodiscard]] Uvcvideo &driverOf(const std::shared_ptr<simulator::CameraModel> &camera);
+    /// The paths of the camera's video nodes, by number; of all cameras; and their files outside the machine.
+    [[nodiscard]] std::vector<std::string> videoNodesOf(
+        const std::shared_ptr<simulator::CameraModel> &camera) const;
+    [[nodiscard]] std::vector<std::string> videoNodes() const;
+    [[nodiscard]] std::string fileOf(const std::string &node) const;
+
  private:
+    /// A driver and what it has put into the tree.
+    struct Bound {
+        std::string interfacePath;
+        std::vector<std::string> nodePaths;
+        std::vector<std::string> nodes;
+        std::unique_ptr<Uvcvideo> driver;
+    };
     struct Plugged {
         std::string syspath;
         std::string devnode;
         std::unique_ptr<UsbNode> node;
+        std::unique_ptr<Bound> bound;
     };
 
     /// Adds the hubs that `ports` needs and the device itself; its syspath and devnode.
@@ -58,12 +81,17 @@ class Usbfs {
                                                   const Ports &ports);
     std::string addHubs(std::uint8_t bus, const Ports &ports);
     std::string addToTree(const DeviceImage &image, const std::string &syspath, std::uint8_t bus, int number);
+    void addText(const std::string &text);
+    void addVideoNode(Bound &bound, UMockdevIoctlBase *handler);
+    void removeDriver(Plugged &plugged);
 
     GObjectPtr<UMockdevTestbed> testbed_;
     std::map<std::shared_ptr<simulator::CameraModel>, Plugged> cameras_;
     std::vector<std::unique_ptr<UsbNode>> retired_;  // nodes of pulled devices, which handles may still ask
+    std::vector<std::unique_ptr<Uvcvideo>> retiredDrivers_;
     std::set<std::string> hubs_;
     int lastDeviceNumber_ = 0;
+    int nextVideoNumber_ = 0;
 };
 
 }  // namespace fake

@@ -1,14 +1,11 @@
 #include "usb/libusb/libusb_registry.h"
 
 #include <libusb.h>
-#include <linux/capability.h>
-#include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
 #include "usb/contract.h"
 #include "usb/fake_usbfs.h"
 #include "usb/libusb/libusb_outcome.h"
+#include "usb/without_rights.h"
 
 namespace {
 
@@ -20,29 +17,6 @@ using usb::Outcome;
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// Takes the rights to a file away: its mode, and root's privilege to ignore that.
-class WithoutRights {
- public:
-    explicit WithoutRights(std::string path) : path_(std::move(path)) {
-        EXPECT_EQ(syscall(SYS_capget, &header_, before_.data()), 0);
-        auto without = before_;
-        without[0].effective &= ~(1u << CAP_DAC_OVERRIDE | 1u << CAP_DAC_READ_SEARCH);
-        EXPECT_EQ(syscall(SYS_capset, &header_, without.data()), 0);
-        EXPECT_EQ(chmod(path_.c_str(), 0), 0);
-    }
-    ~WithoutRights() {
-        EXPECT_EQ(chmod(path_.c_str(), 0600), 0);
-        EXPECT_EQ(syscall(SYS_capset, &header_, before_.data()), 0);
-    }
-    WithoutRights(const WithoutRights &) = delete;
-    WithoutRights &operator=(const WithoutRights &) = delete;
-
- private:
-    std::string path_;
-    __user_cap_header_struct header_{_LINUX_CAPABILITY_VERSION_3, 0};
-    std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> before_{};
-};
-
 class LibusbRig : public contract::Rig {
  public:
     [[nodiscard]] const usb::DeviceRegistry &registry() const override { return *registry_; }
@@ -53,17 +27,12 @@ class LibusbRig : public contract::Rig {
     }
     void unplug(const Camera &camera) override { usbfs.unplug(camera); }
     void plugKeyboard(std::uint8_t bus, const Ports &ports) override {
-        const Bytes device{0x12, 0x01, 0x00, 0x02, 0x00, 0x00, 0x00, 0x08, 0x27,
-                           0x06, 0x01, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00, 0x01};
-        const Bytes configuration{0x09, 0x02, 0x22, 0x00, 0x01, 0x01, 0x00, 0xA0, 0x32, 0x09, 0x04, 0x00,
-                                  0x00, 0x01, 0x03, 0x01, 0x01, 0x00, 0x09, 0x21, 0x11, 0x01, 0x00, 0x01,
-                                  0x22, 0x3F, 0x00, 0x07, 0x05, 0x81, 0x03, 0x08, 0x00, 0x0A};
-        usbfs.plugImage({device, configuration, "Teclado", true}, bus, ports);
+        usbfs.plugImage(fake::keyboardImage(), bus, ports);
     }
 
     void holdElsewhere(const Camera &camera) override { usbfs.nodeOf(camera).holdElsewhere(); }
     void withoutRights(const Camera &camera, const std::function<void()> &action) override {
-        const WithoutRights guard(usbfs.nodeFileOf(camera));
+        const WithoutRights guard({usbfs.nodeFileOf(camera)});
         action();
     }
 

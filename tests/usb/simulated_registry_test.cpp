@@ -36,6 +36,19 @@ class SimulatedRig : public contract::Rig {
         std::make_unique<simulator::SimulatedRegistry>();
 };
 
+TEST(SimulatedRegistry, TakesAnAnswerShorterThanAskedForAFailure) {
+    contract::CameraOptions options;
+    options.shortAnswers = true;
+    SimulatedRig rig;
+    rig.plug(std::make_shared<contract::CameraModel>(options), 1, {1});
+    const auto control = rig.registry().devices()->front()->videoControl();
+    ASSERT_EQ(control->open(), usb::Outcome::done);
+    std::array<std::uint8_t, 2> zoom{0x2C, 0x01};
+    EXPECT_EQ(control->controlRequest(contract::kGetZoom, zoom), usb::Outcome::failed);
+    zoom = {0x2C, 0x01};
+    EXPECT_EQ(control->controlRequest(contract::kSetZoom, zoom), usb::Outcome::done);
+}
+
 }  // namespace
 
 namespace contract {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "usb/libusb/libusb_device.h"
 #include "usb/usb.h"
 
 struct libusb_context;
@@ -19,6 +20,9 @@ class LibusbRegistry : public DeviceRegistry {
     /// Nothing when libusb could not be initialised or its listing failed; an empty list where there is no
     /// device.
     [[nodiscard]] std::optional<std::vector<std::shared_ptr<const Device>>> devices() const override;
+
+    /// The same devices with what libusb alone tells of them.
+    [[nodiscard]] std::optional<std::vector<std::shared_ptr<const LibusbDevice>>> libusbDevices() const;
 
  private:
     std::shared_ptr<libusb_context> context_;

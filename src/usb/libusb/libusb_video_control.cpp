@@ -101,8 +101,6 @@ std::unique_ptr<VideoControl> findVideoControl(const LibusbDeviceRef &device) {
     const libusb_interface_descriptor *setting = findVideoControlSetting(*config);
     if (setting == nullptr) return nullptr;
 
-    // The choice of a backend for this one interface belongs here: today it is always libusb, and an
-    // interface that a kernel driver holds answers Outcome::busy when it is opened.
     return std::make_unique<LibusbVideoControl>(device, setting->bInterfaceNumber,
                                                 classDescriptorsOf(*setting));
 }

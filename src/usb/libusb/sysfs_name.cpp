@@ -4,13 +4,11 @@
 
 namespace usb {
 
-namespace {
+std::string sysfsDirectory(std::uint8_t bus, std::span<const std::uint8_t> ports) {
+    const std::string allDevices = "/sys/bus/usb/devices/";
+    if (ports.empty()) return allDevices + "usb" + std::to_string(bus);
 
-/// "usb3" for a root hub, "3-1.4" for the device behind ports 1 and 4 of bus 3.
-std::string sysfsName(std::uint8_t bus, std::span<const std::uint8_t> ports) {
-    if (ports.empty()) return "usb" + std::to_string(bus);
-
-    std::string name = std::to_string(bus);
+    std::string name = allDevices + std::to_string(bus);
     char separator = '-';
     for (const std::uint8_t port : ports) {
         name += separator;
@@ -20,10 +18,8 @@ std::string sysfsName(std::uint8_t bus, std::span<const std::uint8_t> ports) {
     return name;
 }
 
-}  // namespace
-
 std::optional<std::string> productNameFromSysfs(std::uint8_t bus, std::span<const std::uint8_t> ports) {
-    std::ifstream file("/sys/bus/usb/devices/" + sysfsName(bus, ports) + "/product");
+    std::ifstream file(sysfsDirectory(bus, ports) + "/product");
     std::string name;
     if (!std::getline(file, name) || name.empty()) return std::nullopt;
     return name;

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <chrono>
+#include <string_view>
+
+#include "simulator/camera_options.h"
+
+namespace simulator::usbip {
+
+/// What is wrong with the cameras on offer; nothing to begin with.
+struct Faults {
+    CameraOptions options;
+    std::chrono::milliseconds answerDelay{0};
+};
+
+/// Adds the fault of this name (docs/camara-virtual.md lists them). False: there is none such.
+[[nodiscard]] bool addFault(std::string_view name, Faults &faults);
+
+}  // namespace simulator::usbip

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "simulator/usbip/connection.h"
+
+namespace simulator::usbip {
+
+/// Offers cameras to the USB/IP clients of this machine, and to nobody else's. One thread; does something
+/// only inside runOnce().
+class Server {
+ public:
+    /// Listens on 127.0.0.1. Port 0: any free one. Null: it cannot, and `error` says why.
+    [[nodiscard]] static std::unique_ptr<Server> listenOn(std::uint16_t port, Connection::Cameras cameras,
+                                                          std::string &error);
+
+    [[nodiscard]] std::uint16_t port() const { return port_; }
+
+    /// Serves what comes within `atMost`, then returns, earlier if something came, or if `wakeDescriptor`
+    /// (negative: none) has something to read. False: the system refuses to go on.
+    [[nodiscard]] bool runOnce(std::chrono::milliseconds atMost, int wakeDescriptor = -1);
+
+    /// Pulls the cable of every camera that is attached. It can be attached anew.
+    void unplugAll();
+
+ private:
+    struct Key {};  // only listenOn() can make one, so that there is no server that does not listen
+
+ public:
+    Server(Key, FileDescriptor listener, std::uint16_t port, Connection::Cameras cameras)
+        : cameras_(std::move(cameras)), listener_(std::move(listener)), port_(port) {}
+
+ private:
+    [[nodiscard]] int timeout(std::chrono::milliseconds atMost, TimePoint now) const;
+    void accept();
+    void serve(std::size_t connection, int events, TimePoint now);
+
+    Connection::Cameras cameras_;
+    FileDescriptor listener_;
+    std::uint16_t port_;
+    std::vector<std::unique_ptr<Connection>> connections_;
+};
+
+}  // namespace simulator::usbip

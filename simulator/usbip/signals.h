@@ -1,0 +1,40 @@
+#pragma once
+
+#include <sys/signalfd.h>
+
+#include <csignal>
+#include <initializer_list>
+#include <optional>
+
+#include "simulator/usbip/file_descriptor.h"
+
+namespace simulator::usbip {
+
+/// Takes signals out of the program's way and hands them over as something to read, so that none of them
+/// comes in the middle of a transfer. To be made before the first thread is.
+class Signals {
+ public:
+    explicit Signals(std::initializer_list<int> numbers) {
+        sigset_t set;
+        sigemptyset(&set);
+        for (const int number : numbers) sigaddset(&set, number);
+        sigprocmask(SIG_BLOCK, &set, nullptr);
+        descriptor_ = FileDescriptor(::signalfd(-1, &set, SFD_NONBLOCK | SFD_CLOEXEC));
+    }
+
+    /// Readable while a signal waits.
+    [[nodiscard]] int descriptor() const { return descriptor_.get(); }
+
+    /// The next one; nothing: none has come. Does not wait.
+    [[nodiscard]] std::optional<int> take() const {
+        signalfd_siginfo info{};
+        if (::read(descriptor_.get(), &info, sizeof info) != static_cast<ssize_t>(sizeof info))
+            return std::nullopt;
+        return static_cast<int>(info.ssi_signo);
+    }
+
+ private:
+    FileDescriptor descriptor_;
+};
+
+}  // namespace simulator::usbip

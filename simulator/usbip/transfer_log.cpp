@@ -1,0 +1,102 @@
+#include "simulator/usbip/transfer_log.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "simulator/usbip/requests.h"
+
+namespace simulator::usbip {
+
+namespace {
+
+struct Named {
+    std::uint8_t type;  // bmRequestType without its direction and recipient
+    std::uint8_t request;
+    std::string_view name;
+};
+
+constexpr std::array kNames{
+    Named{kStandardRequest, 0x00, "GET_STATUS"},
+    Named{kStandardRequest, 0x01, "CLEAR_FEATURE"},
+    Named{kStandardRequest, 0x03, "SET_FEATURE"},
+    Named{kStandardRequest, 0x05, "SET_ADDRESS"},
+    Named{kStandardRequest, 0x06, "GET_DESCRIPTOR"},
+    Named{kStandardRequest, 0x07, "SET_DESCRIPTOR"},
+    Named{kStandardRequest, 0x08, "GET_CONFIGURATION"},
+    Named{kStandardRequest, 0x09, "SET_CONFIGURATION"},
+    Named{kStandardRequest, 0x0A, "GET_INTERFACE"},
+    Named{kStandardRequest, 0x0B, "SET_INTERFACE"},
+    Named{kClassRequest, 0x01, "SET_CUR"},
+    Named{kClassRequest, 0x81, "GET_CUR"},
+    Named{kClassRequest, 0x82, "GET_MIN"},
+    Named{kClassRequest, 0x83, "GET_MAX"},
+    Named{kClassRequest, 0x84, "GET_RES"},
+    Named{kClassRequest, 0x85, "GET_LEN"},
+    Named{kClassRequest, 0x86, "GET_INFO"},
+    Named{kClassRequest, 0x87, "GET_DEF"},
+};
+
+void appendHex(std::string &line, std::uint32_t value, unsigned digits) {
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    for (unsigned i = digits; i > 0; --i) line += kDigits[value >> (4 * (i - 1)) & 0xF];
+}
+
+void appendName(std::string &line, const usb::SetupPacket &setup) {
+    const auto *const named = std::ranges::find_if(kNames, [&](const Named &each) {
+        return each.type == kindOf(setup) && each.request == setup.request;
+    });
+    if (named != kNames.end()) {
+        line += named->name;
+        return;
+    }
+    line += "REQUEST_";
+    appendHex(line, setup.requestType, 2);
+    line += '_';
+    appendHex(line, setup.request, 2);
+}
+
+void appendTarget(std::string &line, const usb::SetupPacket &setup) {
+    if (isInterfaceClassRequest(setup)) {
+        line += " interface=" + std::to_string(setup.index & 0xFF);
+        line += " unit=" + std::to_string(setup.index >> 8) + " selector=0x";
+        appendHex(line, setup.value >> 8, 2);
+        return;
+    }
+    line += " value=0x";
+    appendHex(line, setup.value, 4);
+    line += " index=0x";
+    appendHex(line, setup.index, 4);
+}
+
+std::string_view nameOf(TransferEnd end) {
+    switch (end) {
+        case TransferEnd::ok:
+            return " ok";
+        case TransferEnd::stall:
+            return " stall";
+        case TransferEnd::cancelled:
+            break;
+    }
+    return " cancelled";
+}
+
+}  // namespace
+
+void TransferLog::transfer(std::string_view busId, const usb::SetupPacket &setup,
+                           std::span<const std::uint8_t> data, TransferEnd end) {
+    std::string line(busId);
+    line += ' ';
+    appendName(line, setup);
+    appendTarget(line, setup);
+    line += " length=" + std::to_string(setup.length) + " data=";
+    for (const std::uint8_t byte : data) appendHex(line, byte, 2);
+    line += nameOf(end);
+    *out_ << line << std::endl;
+}
+
+void TransferLog::event(std::string_view busId, std::string_view text) {
+    *out_ << busId << (busId.empty() ? "" : " ") << text << std::endl;
+}
+
+}  // namespace simulator::usbip

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "scenes/scene_file.h"
+
+/// Looks through the whole store the way loading does, and survives what ends a program that loads it.
+namespace scenes {
+
+/// One file of the store.
+struct CheckedFile {
+    std::string centre;
+    std::string room;
+    std::string path;  ///< absolute
+    SceneFile::Outcome outcome = SceneFile::Outcome::Fatal;
+    int systemError = 0;     ///< with Outcome::Inaccessible
+    std::size_t scenes = 0;  ///< how many it holds
+    bool isHidden = false;   ///< another file stands for this room, and its scenes are the ones shown
+};
+
+/// The store as it is on disk.
+struct StoreCheck {
+    bool hasDocuments = false;          ///< the platform knows a Documents folder
+    bool hasStore = false;              ///< there is something under the store's name
+    std::string store;                  ///< absolute path of the store's folder
+    std::vector<std::string> centres;   ///< as found; rooms without a centre belong to kNoCentre
+    std::vector<CheckedFile> files;     ///< in the order in which they would be loaded
+    std::vector<std::string> unlisted;  ///< absolute paths of folders that cannot be listed
+    std::vector<std::string> nameless;  ///< absolute paths of entries whose names stop the program
+};
+
+/// Reads every file that loading would read. Changes nothing and makes no folder; prints nothing.
+[[nodiscard]] StoreCheck checkStore();
+
+}  // namespace scenes

@@ -1,0 +1,169 @@
+// What the camera says of its pan, tilt and zoom, and what is ill about it.
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <span>
+
+#include "selfcheck/findings.h"
+
+namespace selfcheck {
+namespace {
+
+struct Axis {
+    const char *name;
+    bool inArcSeconds;  ///< otherwise in units of the camera's own
+};
+
+constexpr std::array<Axis, 2> kPanTiltAxes{{{"Giro", true}, {"Inclinación", true}}};
+constexpr std::array<Axis, 1> kZoomAxes{{{"Zoom", false}}};
+
+/// "-612000 (-170,0°)".
+std::string withDegrees(const Axis &axis, std::int64_t raw) {
+    std::string text = std::to_string(raw);
+    if (!axis.inArcSeconds) return text;
+    // By whole numbers: a decimal point would come out as the locale likes it.
+    constexpr std::int64_t kTenthOfDegree = 360;
+    const std::int64_t tenths = std::llround(static_cast<double>(raw) / kTenthOfDegree);
+    const std::int64_t size = std::abs(tenths);
+    return text + " (" + (tenths < 0 ? "-" : "") + std::to_string(size / 10) + "," +
+           std::to_string(size % 10) + "°)";
+}
+
+std::string valueText(const Axis &axis, const std::optional<FieldValues> &values, std::size_t field) {
+    return values ? withDegrees(axis, (*values)[field]) : "desconocido";
+}
+
+std::string requestName(std::uint8_t code) {
+    switch (code) {
+        case 0x81:
+            return "GET_CUR (valor actual)";
+        case 0x82:
+            return "GET_MIN (mínimo)";
+        case 0x83:
+            return "GET_MAX (máximo)";
+        case 0x84:
+            return "GET_RES (paso)";
+        case 0x86:
+            return "GET_INFO (qué admite)";
+        case 0x87:
+            return "GET_DEF (valor predeterminado)";
+        default: {
+            char name[16];
+            std::snprintf(name, sizeof name, "0x%02x", unsigned{code});
+            return name;
+        }
+    }
+}
+
+Line failureLine(const FailedRequest &failure) {
+    // Without these two the control cannot be used at all; the others only describe its range.
+    const bool isNeeded = failure.code == 0x81 || failure.code == 0x86;
+    const std::string name = requestName(failure.code);
+    switch (failure.outcome) {
+        case usb::Outcome::timedOut:
+            return {State::Fault, "La cámara no ha contestado a tiempo a " + name,
+                    "No se le ha preguntado nada más. Desenchúfela de la corriente, espere diez segundos y "
+                    "vuelva a "
+                    "enchufarla."};
+        case usb::Outcome::disconnected:
+            return {State::Fault, "La cámara se ha desconectado al preguntarle " + name,
+                    "Compruebe el cable USB."};
+        case usb::Outcome::refused:
+            return {isNeeded ? State::Fault : State::Warning, "La cámara no contesta a " + name,
+                    "Rechaza la petición."};
+        default:
+            return {isNeeded ? State::Fault : State::Warning, "Ha fallado la petición " + name,
+                    "La respuesta está incompleta o el sistema no la deja pasar."};
+    }
+}
+
+bool isOutside(std::int64_t value, std::int64_t minimum, std::int64_t maximum) {
+    return value < minimum || value > maximum;
+}
+
+void addRangeIllnesses(Section &section, const Axis &axis, const ControlFacts &facts, std::size_t field) {
+    if (!facts.minimum || !facts.maximum) return;
+    const std::string name = axis.name;
+    const std::int64_t minimum = (*facts.minimum)[field];
+    const std::int64_t maximum = (*facts.maximum)[field];
+    if (minimum > maximum) {
+        section.lines.push_back(
+            {State::Fault, name + ": el mínimo es mayor que el máximo",
+             "Con ese rango ninguna posición es válida. Reinicie la cámara; si sigue igual, "
+             "necesita servicio técnico."});
+        return;
+    }
+    if (minimum == maximum)
+        section.lines.push_back({State::Fault, name + ": el rango está vacío, así que no puede moverse", {}});
+    if (facts.current && isOutside((*facts.current)[field], minimum, maximum))
+        section.lines.push_back({State::Warning,
+                                 name + ": el valor actual, " + withDegrees(axis, (*facts.current)[field]) +
+                                     ", está fuera de su rango",
+                                 "Elija una escena o use el mando de la cámara y compruebe de nuevo."});
+    if (facts.standard && isOutside((*facts.standard)[field], minimum, maximum))
+        section.lines.push_back({State::Warning,
+                                 name + ": el valor predeterminado, " +
+                                     withDegrees(axis, (*facts.standard)[field]) + ", está fuera de su rango",
+                                 {}});
+}
+
+void addAxis(Section &section, const Axis &axis, const ControlFacts &facts, std::size_t field) {
+    const std::string name = axis.name;
+    const std::size_t own = section.lines.size();
+    section.lines.push_back({facts.current ? State::Good : State::Information,
+                             facts.current ? name + ": ahora " + withDegrees(axis, (*facts.current)[field])
+                                           : name + ": no se sabe su valor actual",
+                             "De " + valueText(axis, facts.minimum, field) + " a " +
+                                 valueText(axis, facts.maximum, field) + ", paso " +
+                                 valueText(axis, facts.step, field) + ", predeterminado " +
+                                 valueText(axis, facts.standard, field) + "."});
+    addRangeIllnesses(section, axis, facts, field);
+    if (facts.step && (*facts.step)[field] <= 0)
+        section.lines.push_back(
+            {State::Warning, name + ": el paso es " + std::to_string((*facts.step)[field]),
+             "Una cámara sana da un paso mayor que cero. El programa pide las posiciones sin "
+             "redondear."});
+    // No tick above its own illnesses.
+    if (section.lines.size() > own + 1) section.lines[own].state = State::Information;
+}
+
+bool wasAnswered(const ControlFacts &facts) {
+    return facts.minimum || facts.step || facts.standard || facts.current;
+}
+
+Section controlFindings(std::string title, const Facts &facts, const ControlFacts &control,
+                        std::span<const Axis> axes) {
+    Section section{std::move(title), {}};
+    if (!facts.moved) return section;
+    const bool couldBeAsked = wasAnswered(control) || !control.failures.empty();
+    if (!control.isOffered && !facts.givenUp) {
+        section.lines.push_back(
+            {State::Fault, "La cámara no ofrece este control",
+             "Puede ser otra versión de la cámara, o estar en un modo que no deja moverla."});
+        return section;
+    }
+    if (!couldBeAsked) {
+        section.lines.push_back({State::Information, "No se ha podido preguntar a la cámara", {}});
+        return section;
+    }
+    if (wasAnswered(control))
+        for (std::size_t field = 0; field < axes.size(); ++field)
+            addAxis(section, axes[field], control, field);
+    if (!control.maySet)
+        section.lines.push_back({State::Fault, "La cámara dice que este control no se puede cambiar", {}});
+    for (const FailedRequest &failure : control.failures) section.lines.push_back(failureLine(failure));
+    return section;
+}
+
+}  // namespace
+
+Section panTiltFindings(const Facts &facts) {
+    return controlFindings("Giro e inclinación (pan-tilt-abs)", facts, facts.panTilt, kPanTiltAxes);
+}
+
+Section zoomFindings(const Facts &facts) {
+    return controlFindings("Zoom (zoom-abs)", facts, facts.zoom, kZoomAxes);
+}
+
+}  // namespace selfcheck

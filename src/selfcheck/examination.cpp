@@ -1,0 +1,144 @@
+#include "selfcheck/examination.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "ptz/supported_camera.h"
+#include "selfcheck/watched_device.h"
+#include "uvc/uvc_catalogue.h"
+#include "uvc/uvc_controller.h"
+#include "uvc/uvc_value.h"
+
+namespace selfcheck {
+namespace {
+
+constexpr std::uint32_t kCanBeSet = 1u << 1;  // of GET_INFO (USB Video Class 1.1, section 4.1.2)
+
+template <typename Number>
+std::int64_t numberAt(const UVCValue &value, std::size_t field) {
+    Number number{};
+    std::memcpy(&number, static_cast<const std::uint8_t *>(value.valuePtr()) + field * sizeof number,
+                sizeof number);
+    return number;
+}
+
+/// The fields of a pan-tilt-abs (two of 32 signed bits) or zoom-abs value (one of 16 bits, unsigned).
+FieldValues numbersOf(const UVCValue &value) {
+    if (value.valueType()->fieldCount() == 2)
+        return {numberAt<std::int32_t>(value, 0), numberAt<std::int32_t>(value, 1)};
+    return {numberAt<std::uint16_t>(value, 0)};
+}
+
+bool hasVideoControl(const usb::Device &device) {
+    return device.videoControl() != nullptr;
+}
+
+}  // namespace
+
+Examination::Examination(std::shared_ptr<const usb::DeviceRegistry> registry, AccessInspector inspector)
+    : registry_(std::move(registry)), inspector_(std::move(inspector)) {
+    steps_.push_back([this] { lookAtBus(); });
+    steps_.push_back([this] { facts_.store = scenes::checkStore(); });
+}
+
+Examination::~Examination() = default;
+
+bool Examination::step() {
+    if (steps_.empty()) return false;
+    const auto next = std::move(steps_.front());
+    steps_.pop_front();
+    next();
+    return !steps_.empty();
+}
+
+void Examination::lookAtBus() {
+    const auto devices = registry_->devices();
+    facts_.busWasRead = devices.has_value();
+    if (!devices) return;
+
+    std::vector<std::shared_ptr<UVCController>> controllers;
+    for (const auto &device : *devices) {
+        if (!hasVideoControl(*device)) continue;
+        const auto watched = std::make_shared<WatchedDevice>(device);
+        const auto controller = UVCController::uvcControllerWithService(watched);
+        if (controller) controllers.push_back(controller);
+
+        CameraFacts camera;
+        camera.name = device->registryName().value_or("");
+        camera.vendorId = device->vendorId().value_or(UVCController::kUnknownId);
+        camera.productId = device->productId().value_or(UVCController::kUnknownId);
+        camera.locationId = device->locationId();
+        camera.isSupported = camera.vendorId == ptz::kVendorId && camera.productId == ptz::kProductId;
+        camera.isUsable = controller != nullptr;
+        facts_.cameras.push_back(std::move(camera));
+
+        if (!controller || ptz::supportedCamera(controllers) != controller) continue;
+        facts_.moved = facts_.cameras.size() - 1;
+        device_ = watched;
+        camera_ = controller;
+    }
+    if (!camera_) return;
+
+    steps_.push_front([this] { planControl(facts_.zoom, UVCTerminalControlZoomAbsolute); });
+    steps_.push_front([this] { planControl(facts_.panTilt, UVCTerminalControlPanTiltAbsolute); });
+    steps_.push_front([this] { facts_.access = inspector_(camera_->locationId()); });
+}
+
+void Examination::planControl(ControlFacts &facts, const char *name) {
+    facts.isOffered = !camera_->controlIsNotAvailable(name);
+    if (!facts.isOffered) return;
+
+    const std::size_t row = UVCController::controlIndexForString(name);
+    asking(facts, [&] {
+        std::uint32_t info = kCanBeSet;
+        if (camera_->capabilities(info, row)) facts.maySet = (info & kCanBeSet) != 0;
+    });
+    steps_.push_front([this, &facts, row] { readValue(facts, row, &ControlFacts::current); });
+    steps_.push_front([this, &facts, row] { readValue(facts, row, &ControlFacts::standard); });
+    steps_.push_front([this, &facts, row] { readValue(facts, row, &ControlFacts::step); });
+    steps_.push_front([this, &facts, row] { readRange(facts, row); });
+}
+
+void Examination::asking(ControlFacts &facts, const std::function<void()> &ask) {
+    const RequestLog &log = device_->log();
+    const std::size_t before = log.requests.size();
+    ask();
+    for (std::size_t i = before; i < log.requests.size(); ++i) {
+        const WatchedRequest &request = log.requests[i];
+        facts_.slowest = std::max(facts_.slowest, request.duration);
+        if (request.outcome != usb::Outcome::done) facts.failures.push_back({request.code, request.outcome});
+    }
+    facts_.givenUp = log.givenUp;
+}
+
+void Examination::readRange(ControlFacts &facts, std::size_t row) {
+    asking(facts, [&] {
+        auto minimum = UVCValue::uvcValueWithType(uvc::controlType(row));
+        auto maximum = UVCValue::uvcValueWithType(uvc::controlType(row));
+        std::shared_ptr<UVCValue> none;
+        std::uint32_t capabilities = 0;
+        camera_->getLowValue(minimum, maximum, none, none, capabilities, row);
+        if (!minimum || !maximum) return;
+        facts.minimum = numbersOf(*minimum);
+        facts.maximum = numbersOf(*maximum);
+    });
+}
+
+void Examination::readValue(ControlFacts &facts, std::size_t row, Slot slot) {
+    asking(facts, [&] {
+        auto value = UVCValue::uvcValueWithType(uvc::controlType(row));
+        std::shared_ptr<UVCValue> none;
+        std::uint32_t capabilities = 0;
+        if (slot == &ControlFacts::current) {
+            if (!camera_->getValue(*value, row)) return;
+        } else if (slot == &ControlFacts::step) {
+            camera_->getLowValue(none, none, value, none, capabilities, row);
+        } else {
+            camera_->getLowValue(none, none, none, value, capabilities, row);
+        }
+        if (value) facts.*slot = numbersOf(*value);
+    });
+}
+
+}  // namespace selfcheck

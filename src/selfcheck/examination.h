@@ -1,0 +1,55 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "selfcheck/facts.h"
+#include "usb/usb.h"
+
+class UVCController;
+
+namespace selfcheck {
+
+class WatchedDevice;
+
+/// Tells how the system lets programs reach the camera at a location id: usb::inspectInterface() on a
+/// desktop.
+using AccessInspector = std::function<std::optional<usb::InterfaceReport>(std::uint32_t locationId)>;
+
+/// One check from beginning to end, in steps, so that a window stays alive between them. It only looks: no
+/// request is ever sent that could move a camera or change a setting, and no file is written.
+class Examination {
+ public:
+    Examination(std::shared_ptr<const usb::DeviceRegistry> registry, AccessInspector inspector);
+    ~Examination();
+    Examination(const Examination &) = delete;
+    Examination &operator=(const Examination &) = delete;
+
+    /// Does a piece of the work. It blocks for two requests to the camera at most. False when there is no
+    /// piece left.
+    bool step();
+
+    /// What has been found so far.
+    [[nodiscard]] const Facts &facts() const { return facts_; }
+
+ private:
+    using Slot = std::optional<FieldValues> ControlFacts::*;
+
+    void lookAtBus();
+    void planControl(ControlFacts &facts, const char *name);
+    /// Runs `ask` and adds what went wrong meanwhile to the control's failures.
+    void asking(ControlFacts &facts, const std::function<void()> &ask);
+    void readRange(ControlFacts &facts, std::size_t row);
+    void readValue(ControlFacts &facts, std::size_t row, Slot slot);
+
+    std::shared_ptr<const usb::DeviceRegistry> registry_;
+    AccessInspector inspector_;
+    Facts facts_;
+    std::deque<std::function<void()>> steps_;
+    std::shared_ptr<const WatchedDevice> device_;  // the camera that is moved
+    std::shared_ptr<UVCController> camera_;        // the same
+};
+
+}  // namespace selfcheck

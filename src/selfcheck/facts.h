@@ -1,0 +1,62 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "scenes/scene_check.h"
+#include "usb/linux/interface_report.h"
+#include "usb/usb.h"
+
+/// What a check has found out, before anything is said about it. Plain values.
+namespace selfcheck {
+
+/// A request that did not end well.
+struct FailedRequest {
+    std::uint8_t code = 0;  ///< bRequest
+    usb::Outcome outcome = usb::Outcome::failed;
+};
+
+/// Minimum, maximum and so on of a control's fields, in the camera's own units and the fields' order.
+using FieldValues = std::vector<std::int64_t>;
+
+/// What a camera says of one of its controls. Absent values were not answered, or not asked.
+struct ControlFacts {
+    bool isOffered = false;  ///< by the camera's descriptors
+    bool maySet = true;      ///< GET_INFO says that it can be set
+    std::optional<FieldValues> minimum;
+    std::optional<FieldValues> maximum;
+    std::optional<FieldValues> step;
+    std::optional<FieldValues> standard;
+    std::optional<FieldValues> current;
+    std::vector<FailedRequest> failures;
+};
+
+/// One camera on the bus.
+struct CameraFacts {
+    std::string name;  ///< empty: it has none, or it cannot be read
+    std::uint16_t vendorId = 0;
+    std::uint16_t productId = 0;
+    std::optional<std::uint32_t> locationId;
+    bool isSupported = false;  ///< of the model that is moved
+    bool isUsable = false;     ///< its VideoControl descriptors make sense to the camera library
+};
+
+struct Facts {
+    bool busWasRead = false;
+    std::vector<CameraFacts> cameras;  ///< in the bus's order; devices that are no cameras are left out
+
+    /// Index of the camera that is moved, which is the only one that is asked; the rest is about it.
+    std::optional<std::size_t> moved;
+    std::optional<usb::InterfaceReport> access;  ///< absent where the system cannot tell
+    std::optional<usb::Outcome> givenUp;         ///< why it was not asked any further
+    std::chrono::milliseconds slowest{0};        ///< its slowest answer
+    ControlFacts panTilt;
+    ControlFacts zoom;
+
+    scenes::StoreCheck store;
+};
+
+}  // namespace selfcheck

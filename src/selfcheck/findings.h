@@ -1,0 +1,50 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "selfcheck/facts.h"
+
+/// What a check has to say, in Spanish, before anything of it is drawn. Plain values, UTF-8.
+namespace selfcheck {
+
+enum class State {
+    Information,  ///< neither good nor bad
+    Good,
+    Warning,  ///< something to look at; the camera can be moved all the same
+    Fault     ///< keeps the camera from moving, or the program from starting
+};
+
+struct Line {
+    State state = State::Information;
+    std::string text;
+    std::string detail;  ///< figures, or what to do about it; may be empty
+};
+
+struct Section {
+    std::string title;
+    std::vector<Line> lines;
+
+    /// The worst of its lines.
+    [[nodiscard]] State state() const;
+};
+
+struct Report {
+    Line verdict;  ///< the whole in one sentence
+    std::vector<Section> sections;
+};
+
+/// Turns what was found into a report. Pure.
+[[nodiscard]] Report findings(const Facts &facts);
+
+/// "Bien", "Aviso", "Fallo", "Dato".
+[[nodiscard]] std::string stateWord(State state);
+
+/// The parts of the report.
+[[nodiscard]] Section busFindings(const Facts &facts);
+[[nodiscard]] Section accessFindings(const Facts &facts);
+[[nodiscard]] Section panTiltFindings(const Facts &facts);
+[[nodiscard]] Section zoomFindings(const Facts &facts);
+[[nodiscard]] Section storeFindings(const scenes::StoreCheck &store);
+
+}  // namespace selfcheck

@@ -1,0 +1,21 @@
+#include <QApplication>
+#include <memory>
+
+#include "app/product.h"
+#include "platform/qt/desktop.h"
+#include "selfcheck/check_window.h"
+#include "usb/linux/interface_report.h"
+#include "usb/linux/linux_registry.h"
+
+int main(int argc, char *argv[]) {
+    QApplication application(argc, argv);
+    platform::startDesktop(application, product::kApplicationName);
+    QApplication::setQuitOnLastWindowClosed(true);
+
+    const auto cameras = std::make_shared<usb::LinuxRegistry>();
+    selfcheck::CheckWindow window(
+        [&cameras] { return std::make_unique<selfcheck::Examination>(cameras, &usb::inspectInterface); },
+        QString::fromUtf8(product::kVersion));
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,63 @@
+#include "usb/linux/interface_report.h"
+
+#include <utility>
+
+#include "usb/libusb/libusb_registry.h"
+#include "usb/linux/linux_video_control.h"
+#include "usb/linux/program_scan.h"
+#include "usb/v4l2/video_node.h"
+
+namespace usb {
+
+namespace {
+
+std::shared_ptr<const LibusbDevice> deviceAt(const LibusbRegistry &registry, std::uint32_t locationId) {
+    const auto devices = registry.libusbDevices();
+    if (!devices) return nullptr;
+    for (const auto &device : *devices)
+        if (device->locationId() == locationId) return device;
+    return nullptr;
+}
+
+/// What LinuxVideoControl::open() would come to, without a claim.
+void tryFile(InterfaceReport &report, const v4l2::SysfsInterface &interface, const std::string &usbFile) {
+    const auto nodes = interface.videoNodes();
+    if (report.driver && !nodes.empty()) {
+        const v4l2::NodeSearch search = v4l2::openCaptureNode(nodes);
+        report.path = search.path.empty() ? nodes.front() : search.path;
+        report.access = search.outcome;
+        return;
+    }
+    if (report.driver == kKernelDriver) {
+        report.access = Outcome::busy;
+        return;
+    }
+    report.path = usbFile;
+    report.access = v4l2::tryToOpen(usbFile);
+    if (report.access == Outcome::done && report.driver) report.access = Outcome::busy;
+}
+
+}  // namespace
+
+std::optional<InterfaceReport> inspectInterface(std::uint32_t locationId) {
+    const LibusbRegistry registry;
+    const auto device = deviceAt(registry, locationId);
+    if (!device) return std::nullopt;
+    const auto control = device->videoControl();
+    if (!control) return std::nullopt;
+    const auto interface = sysfsInterfaceOf(*device, control->interfaceNumber());
+    if (!interface) return std::nullopt;
+
+    InterfaceReport report;
+    report.interfaceNumber = control->interfaceNumber();
+    report.driver = interface->driver();
+    tryFile(report, *interface, usbFileOf(*device));
+    if (report.path.empty()) return report;
+
+    ProgramScan scan = findProgramsHolding(report.path);
+    report.programs = std::move(scan.programs);
+    report.sawEveryProgram = scan.sawEveryProgram;
+    return report;
+}
+
+}  // namespace usb

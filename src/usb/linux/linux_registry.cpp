@@ -1,0 +1,38 @@
+#include "usb/linux/linux_registry.h"
+
+#include <utility>
+
+#include "usb/linux/linux_video_control.h"
+
+namespace usb {
+
+namespace {
+
+class LinuxDevice : public Device {
+ public:
+    explicit LinuxDevice(std::shared_ptr<const LibusbDevice> device) : device_(std::move(device)) {}
+
+    [[nodiscard]] std::optional<std::uint16_t> vendorId() const override { return device_->vendorId(); }
+    [[nodiscard]] std::optional<std::uint16_t> productId() const override { return device_->productId(); }
+    [[nodiscard]] std::optional<std::uint32_t> locationId() const override { return device_->locationId(); }
+    [[nodiscard]] std::optional<std::string> registryName() const override { return device_->registryName(); }
+    [[nodiscard]] std::unique_ptr<VideoControl> videoControl() const override {
+        return findLinuxVideoControl(*device_);
+    }
+
+ private:
+    std::shared_ptr<const LibusbDevice> device_;
+};
+
+}  // namespace
+
+std::optional<std::vector<std::shared_ptr<const Device>>> LinuxRegistry::devices() const {
+    const auto listed = listing_.libusbDevices();
+    if (!listed) return std::nullopt;
+
+    std::vector<std::shared_ptr<const Device>> devices;
+    for (const auto &device : *listed) devices.push_back(std::make_shared<LinuxDevice>(device));
+    return devices;
+}
+
+}  // namespace usb

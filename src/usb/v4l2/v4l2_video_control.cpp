@@ -1,0 +1,224 @@
+#include "usb/v4l2/v4l2_video_control.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <utility>
+
+#include "usb/v4l2/translation.h"
+#include "usb/v4l2/v4l2_outcome.h"
+
+namespace usb {
+
+namespace {
+
+using v4l2::Coding;
+using v4l2::outcomeOfRequest;
+using v4l2::Row;
+
+// bmRequestType and bRequest of the class requests to an interface (USB Video Class 1.1, section 4.1,
+// appendix A.8).
+constexpr std::uint8_t kSetRequestType = 0x21;
+constexpr std::uint8_t kGetRequestType = 0xA1;
+constexpr std::uint8_t kSetCur = 0x01;
+constexpr std::uint8_t kGetCur = 0x81;
+constexpr std::uint8_t kGetMin = 0x82;
+constexpr std::uint8_t kGetMax = 0x83;
+constexpr std::uint8_t kGetRes = 0x84;
+constexpr std::uint8_t kGetInfo = 0x86;
+constexpr std::uint8_t kGetDef = 0x87;
+
+constexpr std::uint8_t kAutoWhiteBalanceComponent = 0x0D;
+/// Bit of auto-white-balance-temp in the processing unit's bmControls (USB Video Class 1.1, section 3.7.2.5).
+constexpr unsigned kAutoWhiteBalanceTempBit = 12;
+
+std::uint8_t highByte(std::uint16_t value) {
+    return static_cast<std::uint8_t>(value >> 8);
+}
+std::uint8_t lowByte(std::uint16_t value) {
+    return static_cast<std::uint8_t>(value & 0xFF);
+}
+
+/// Whether the first processing unit among the descriptors has the control behind bit `bit`.
+bool processingUnitHas(std::span<const std::uint8_t> descriptors, unsigned bit) {
+    constexpr std::uint8_t kInterfaceDescriptor = 0x24;
+    constexpr std::uint8_t kProcessingUnitSubtype = 0x05;
+    constexpr std::size_t kControlSizeAt = 7;
+    while (descriptors.size() > kControlSizeAt) {
+        const std::size_t length = std::min<std::size_t>(descriptors[0], descriptors.size());
+        if (length < 2) return false;
+        const auto unit = descriptors.first(length);
+        if (length > kControlSizeAt && unit[1] == kInterfaceDescriptor && unit[2] == kProcessingUnitSubtype) {
+            const std::size_t byte = kControlSizeAt + 1 + bit / 8;
+            return bit / 8 < unit[kControlSizeAt] && byte < length &&
+                   ((unsigned{unit[byte]} >> (bit % 8)) & 1u) != 0;
+        }
+        descriptors = descriptors.subspan(length);
+    }
+    return false;
+}
+
+/// The controls of V4L2 that `rows` stand for, as one call takes them.
+std::vector<v4l2_ext_control> controlsOf(std::span<const Row> rows) {
+    std::vector<v4l2_ext_control> controls(rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) controls[i].id = rows[i].id;
+    return controls;
+}
+
+std::int64_t limitOf(const v4l2_query_ext_ctrl &control, std::uint8_t request) {
+    switch (request) {
+        case kGetMin:
+            return control.minimum;
+        case kGetMax:
+            return control.maximum;
+        case kGetRes:
+            return static_cast<std::int64_t>(control.step);
+        default:
+            return control.default_value;
+    }
+}
+
+}  // namespace
+
+V4l2VideoControl::V4l2VideoControl(v4l2::SysfsInterface interface, std::uint8_t interfaceNumber,
+                                   std::vector<std::uint8_t> classDescriptors)
+    : interface_(std::move(interface)),
+      interfaceNumber_(interfaceNumber),
+      classDescriptors_(std::move(classDescriptors)) {}
+
+Outcome V4l2VideoControl::open() {
+    if (node_) return Outcome::done;
+    path_.clear();
+    if (!interface_.isPresent()) return Outcome::disconnected;
+
+    const auto nodes = interface_.videoNodes();
+    if (nodes.empty()) return Outcome::busy;
+
+    v4l2::NodeSearch search = v4l2::openCaptureNode(nodes);
+    path_ = std::move(search.path);
+    if (search.node) node_.emplace(std::move(*search.node));
+    return search.outcome;
+}
+
+Outcome V4l2VideoControl::close() {
+    node_.reset();
+    return Outcome::done;
+}
+
+Outcome V4l2VideoControl::controlRequest(const SetupPacket &setup, std::span<std::uint8_t> data) {
+    if (!node_ || setup.length != data.size()) return Outcome::failed;
+    const Rows rows = rowsFor(setup);
+    if (rows.empty()) return Outcome::refused;
+
+    const Deadline deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kRequestTimeout);
+    if (setup.requestType == kSetRequestType) return set(rows, data, deadline);
+
+    switch (setup.request) {
+        case kGetCur:
+            return getCurrent(rows, data, deadline);
+        case kGetInfo:
+            return getInfo(rows, data, deadline);
+        case kGetMin:
+        case kGetMax:
+        case kGetRes:
+        case kGetDef:
+            return getLimit(setup.request, rows, data, deadline);
+        default:
+            return Outcome::refused;
+    }
+}
+
+V4l2VideoControl::Rows V4l2VideoControl::rowsFor(const SetupPacket &setup) const {
+    const bool isSet = setup.requestType == kSetRequestType && setup.request == kSetCur;
+    const bool isGet = setup.requestType == kGetRequestType && setup.request != kSetCur;
+    if (!isSet && !isGet) return {};
+    if (lowByte(setup.index) != interfaceNumber_ || lowByte(setup.value) != 0) return {};
+
+    const std::uint8_t unit = highByte(setup.index);
+    const std::uint8_t selector = highByte(setup.value);
+    // V4L2 has one name for the two ways of automatic white balance, and on a camera with both it means the
+    // other one.
+    if (unit == v4l2::kProcessingUnit && selector == kAutoWhiteBalanceComponent &&
+        processingUnitHas(classDescriptors_, kAutoWhiteBalanceTempBit))
+        return {};
+
+    const Rows rows = v4l2::rowsOf(unit, selector);
+    if (rows.empty()) return {};
+    const std::size_t length = setup.request == kGetInfo ? 1u : rows.front().controlBytes;
+    return setup.length == length ? rows : Rows();
+}
+
+Outcome V4l2VideoControl::set(Rows rows, std::span<const std::uint8_t> data, Deadline deadline) const {
+    std::vector<v4l2_ext_control> controls = controlsOf(rows);
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const auto number = v4l2::numberFrom(rows[i], data);
+        if (!number) return Outcome::refused;
+        const Outcome allowed = checkLimits(rows[i], *number, deadline);
+        if (allowed != Outcome::done) return allowed;
+        controls[i].value = *number;
+    }
+    return outcomeOfRequest(node_->set(controls, deadline));
+}
+
+Outcome V4l2VideoControl::checkLimits(const Row &row, std::int32_t number, Deadline deadline) const {
+    v4l2_query_ext_ctrl control{};
+    control.id = row.id;
+    const Outcome asked = outcomeOfRequest(node_->describe(control, deadline));
+    if (asked == Outcome::timedOut || asked == Outcome::disconnected) return asked;
+    // A camera that does not tell its limits may still take the setting.
+    if (asked != Outcome::done) return Outcome::done;
+    return v4l2::isWithin(row, number, control.minimum, control.maximum) ? Outcome::done : Outcome::refused;
+}
+
+Outcome V4l2VideoControl::getCurrent(Rows rows, std::span<std::uint8_t> data, Deadline deadline) const {
+    std::vector<v4l2_ext_control> controls = controlsOf(rows);
+    const Outcome outcome = outcomeOfRequest(node_->get(controls, deadline));
+    if (outcome != Outcome::done) return outcome;
+
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        if (!v4l2::putNumber(rows[i], controls[i].value, data)) return Outcome::failed;
+    return Outcome::done;
+}
+
+Outcome V4l2VideoControl::getInfo(Rows rows, std::span<std::uint8_t> data, Deadline deadline) const {
+    // Both halves of a control have the flags of the whole.
+    v4l2_query_ext_ctrl control{};
+    control.id = rows.front().id;
+    const Outcome outcome = outcomeOfRequest(node_->describe(control, deadline));
+    if (outcome == Outcome::done) data[0] = v4l2::infoFrom(control.flags);
+    return outcome;
+}
+
+Outcome V4l2VideoControl::getLimit(std::uint8_t request, Rows rows, std::span<std::uint8_t> data,
+                                   Deadline deadline) const {
+    if (rows.front().coding == Coding::exposureMode) {
+        if (request == kGetRes) return getExposureModes(rows.front(), data, deadline);
+        // Modes are bits without an order; cameras do not have these two requests either.
+        if (request != kGetDef) return Outcome::refused;
+    }
+
+    for (const Row &row : rows) {
+        v4l2_query_ext_ctrl control{};
+        control.id = row.id;
+        const Outcome outcome = outcomeOfRequest(node_->describe(control, deadline));
+        if (outcome != Outcome::done) return outcome;
+        if (!v4l2::putLimit(row, limitOf(control, request), data)) return Outcome::failed;
+    }
+    return Outcome::done;
+}
+
+Outcome V4l2VideoControl::getExposureModes(const Row &row, std::span<std::uint8_t> data,
+                                           Deadline deadline) const {
+    // The resolution of the exposure mode is the set of modes that the camera has. The driver keeps that to
+    // itself, but offers the menu's items accordingly.
+    std::uint8_t modes = 0;
+    for (std::uint32_t mode = 0; mode < v4l2::kExposureModes; ++mode) {
+        const Outcome outcome = outcomeOfRequest(node_->findMenuItem(row.id, mode, deadline));
+        if (outcome != Outcome::done && outcome != Outcome::refused) return outcome;
+        if (outcome == Outcome::done) modes |= v4l2::exposureModeBit(mode);
+    }
+    data[row.offset] = modes;
+    return modes == 0 ? Outcome::refused : Outcome::done;
+}
+
+}  // namespace usb

@@ -1,0 +1,83 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "kernel/each_way.h"
+#include "scenes/scene_file.h"
+#include "scenes/scene_tree.h"
+#include "scenes/store_paths.h"
+#include "support/answered_alerts.h"
+#include "support/temporary_documents.h"
+#include "ui/content_view.h"
+
+namespace guest {
+namespace {
+
+ManualPreset scene(const char *name, std::int64_t pan, std::int64_t tilt, std::int64_t zoom) {
+    ManualPreset preset;
+    preset.Name = name;
+    preset.Pan = pan;
+    preset.Tilt = tilt;
+    preset.Zoom = zoom;
+    return preset;
+}
+
+/// Pan 20 display units are 20 * 752 / 168 * 806 = 72156 raw and go to the step 72000; tilt -4 are -14879 and
+/// go to -14400.
+constexpr char kBoard[] = "40190100c0c7ffff";
+/// 40 and 4 are 144312 and 14879.
+constexpr char kDoor[] = "8032020040380000";
+
+class StoreAndCamera : public EachWay {
+ protected:
+    StoreAndCamera() {
+        crearDirectorioSiNoExiste(PresetsFolder);
+        PresetToFile("Presets/Aula.presets", {scene("Pizarra", 20, -4, 150), scene("Puerta", 40, 4, 500)});
+    }
+
+    support::AnsweredAlerts alerts_;
+    support::TemporaryDocuments documents_;
+};
+INSTANTIATE_TEST_SUITE_P(By, StoreAndCamera, kBothWays, wayName);
+
+TEST_P(StoreAndCamera, ChoosingASceneSendsOneTransferForPanAndTiltAndOneForZoom) {
+    VirtualCamera camera;
+    camera.plugIn();
+    ContentView window;
+    camera.forget();
+
+    window.selectedEscena = 1;
+    window.PickerEscenaChanged();
+    camera.show("one scene recalled");
+
+    const auto moves = camera.transfers("SET_CUR", kPanTilt);
+    ASSERT_EQ(moves.size(), 1u);
+    EXPECT_EQ(moves[0].length, "8");
+    EXPECT_EQ(moves[0].data, kDoor);
+    const auto zooms = camera.transfers("SET_CUR", kZoom);
+    ASSERT_EQ(zooms.size(), 1u);
+    EXPECT_EQ(zooms[0].data, "f401");
+    EXPECT_TRUE(alerts_.shown().empty());
+}
+
+TEST_P(StoreAndCamera, TheWholeApplicationSendsTheFirstSceneAtItsStart) {
+    VirtualCamera camera;
+    camera.plugIn();
+    camera.forget();
+
+    Background application({ZEL_BINARIES "/zelvoria-camara"}, "application.txt",
+                           {{"QT_QPA_PLATFORM", "offscreen"}, {"HOME", documents_.path().parent_path()}});
+    requireSoon(
+        "the first scene", [&] { return !camera.transfers("SET_CUR", kZoom).empty(); }, seconds(60));
+    // A second move would come with the rest of the start.
+    EXPECT_FALSE(waitUntil([&] { return !application.isRunning(); }, seconds(2)));
+    camera.show("start of the application");
+
+    ASSERT_EQ(camera.transfers("SET_CUR", kPanTilt).size(), 1u);
+    EXPECT_EQ(camera.transfers("SET_CUR", kPanTilt)[0].data, kBoard);
+    ASSERT_EQ(camera.transfers("SET_CUR", kZoom).size(), 1u);
+    EXPECT_EQ(camera.transfers("SET_CUR", kZoom)[0].data, "9600");
+}
+
+}  // namespace
+}  // namespace guest

@@ -1,0 +1,52 @@
+#!/usr/bin/env bash
+# Inside the guest: runs every case of the given test programs in a process and a folder of its own, so that one that
+# crashes takes no other with it. Answers 0 also when cases fail: each one's own status tells.
+#   guest.sh [-f PATTERN] PROGRAM...    PATTERN: only the cases whose name it matches, as the shell does
+set -uo pipefail
+results=/run/out
+wanted='*'
+if [ "${1:-}" = -f ]; then
+    wanted=$2
+    shift 2
+fi
+modprobe -a vhci-hcd uvcvideo || exit 1
+# As on a desktop, libusb learns of new devices from udev. Which driver is loaded when is the tests' business.
+rm -f /lib/udev/rules.d/80-drivers.rules
+/lib/systemd/systemd-udevd --daemon || exit 1
+
+cases_of() {
+    "$1" --gtest_list_tests | sed 's/ *#.*//' | while IFS= read -r line; do
+        case $line in
+            "  "*) echo "$suite${line#  }" ;;
+            *.) suite=$line ;;
+        esac
+    done
+}
+
+run_case() {
+    local folder=$results/${2//\//.} status=0
+    mkdir -p "$folder"
+    cd "$folder" || return
+    dmesg --clear
+    timeout --kill-after=5 120 "$1" --gtest_filter="$2" --gtest_color=no >output 2>&1 || status=$?
+    # The application's failure dialog ends a process with status 0: only a verdict counts.
+    grep -q '^\[  PASSED  \] 1 test\.$' output || [ $status -ne 0 ] || status=1
+    dmesg >kernel
+    if grep -qE 'BUG:|Oops|general protection' kernel; then
+        echo "the kernel complained:" >>output
+        cat kernel >>output
+        status=1
+    fi
+    echo $status >status
+    echo "$([ $status -eq 0 ] && echo passed || echo "FAILED") $2 ($((SECONDS - start)) s)"
+}
+
+for program in "$@"; do
+    for name in $(cases_of "$program"); do
+        # shellcheck disable=SC2053 # a pattern on purpose
+        [[ $name == $wanted ]] || continue
+        start=$SECONDS
+        run_case "$program" "$name"
+    done
+done
+echo "all cases have run, after $SECONDS s"

@@ -1,0 +1,113 @@
+// The page as a technician uses it.
+#include "selfcheck/check_window.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QClipboard>
+#include <QLabel>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTest>
+
+#include "scenes/scene_file.h"
+#include "selfcheck_bench.h"
+
+namespace {
+
+using selfcheck::CheckWindow;
+
+class CheckWindowTest : public SelfcheckBench {
+ protected:
+    CheckWindow &open() {
+        window_ = std::make_unique<CheckWindow>([this] { return examination(); }, QStringLiteral("7.5"));
+        window_->show();
+        return *window_;
+    }
+
+    void finish() {
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !window_->isChecking(); }));
+    }
+
+    QPushButton *button(const char *name) { return window_->findChild<QPushButton *>(QLatin1String(name)); }
+    void click(const char *name) { QTest::mouseClick(button(name), Qt::LeftButton); }
+    QString verdict() { return window_->findChild<QWidget *>(QStringLiteral("verdict"))->accessibleName(); }
+
+    std::unique_ptr<CheckWindow> window_;
+};
+
+TEST_F(CheckWindowTest, IsOnTheScreenBeforeTheCameraIsAsked) {
+    const auto camera = plug();
+    open();
+    EXPECT_EQ(window_->windowTitle(), QStringLiteral("¿Por qué no se mueve la cámara?"));
+    EXPECT_EQ(verdict(), QStringLiteral("Dato: Comprobando…"));
+    EXPECT_TRUE(camera->transfers().empty());
+    EXPECT_FALSE(button("copyText")->isEnabled());
+    finish();
+    EXPECT_TRUE(verdict().startsWith(QStringLiteral("Bien: La cámara responde")));
+    EXPECT_TRUE(button("copyText")->isEnabled());
+}
+
+TEST_F(CheckWindowTest, CopiesThePageWithDateAndVersion) {
+    plug();
+    open();
+    finish();
+    QApplication::clipboard()->clear();
+    click("copyText");
+    const QString copied = QApplication::clipboard()->text();
+    EXPECT_TRUE(copied.contains(QRegularExpression(
+        QStringLiteral("^Fecha: \\d\\d/\\d\\d/\\d{4} \\d\\d:\\d\\d:\\d\\d\\nVersión: 7\\.5$"),
+        QRegularExpression::MultilineOption)))
+        << copied.toStdString();
+    for (const QWidget *finding : window_->findChildren<QWidget *>(QStringLiteral("finding"))) {
+        const QString text = finding->accessibleName().section(QStringLiteral(": "), 1);
+        EXPECT_TRUE(copied.contains(text)) << text.toStdString();
+    }
+}
+
+TEST_F(CheckWindowTest, CheckingAgainSeesWhatHasChanged) {
+    open();
+    finish();
+    EXPECT_TRUE(verdict().startsWith(QStringLiteral("Fallo: No se ve ninguna cámara")));
+    const auto camera = plug();
+    click("checkAgain");
+    finish();
+    EXPECT_TRUE(verdict().startsWith(QStringLiteral("Bien")));
+    EXPECT_EQ(camera->transfers().size(), 12U);
+}
+
+TEST_F(CheckWindowTest, ClosesInTheMiddleOfACheck) {
+    const auto camera = plug();
+    open();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !camera->transfers().empty(); }));
+    ASSERT_TRUE(window_->isChecking());
+    click("closeWindow");
+    EXPECT_FALSE(window_->isVisible());
+    window_.reset();
+    QTest::qWait(50);
+    EXPECT_EQ(bus_->openHandles(), 0);
+}
+
+TEST_F(CheckWindowTest, SaysEverythingInSpanishAndByName) {
+    access_->access = usb::Outcome::denied;
+    const auto camera = plug();
+    bus_->answerOpenWith(camera, usb::Outcome::denied);
+    std::filesystem::create_directories(documents_.path() / "Presets" / "Norte" / "Rota.presets");
+    open();
+    finish();
+    // Words that a system's or a library's own message would bring along.
+    const QRegularExpression english(
+        QStringLiteral("\\b(the|not|file|error|denied|permission|cannot|camera|check|unknown)\\b"),
+        QRegularExpression::CaseInsensitiveOption);
+    for (const QLabel *label : window_->findChildren<QLabel *>()) {
+        EXPECT_FALSE(label->text().contains(english)) << label->text().toStdString();
+        EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
+    }
+    for (const QAbstractButton *each : window_->findChildren<QAbstractButton *>())
+        EXPECT_FALSE(each->text().isEmpty());
+    for (const QWidget *finding : window_->findChildren<QWidget *>(QStringLiteral("finding")))
+        EXPECT_TRUE(finding->accessibleName().contains(
+            QRegularExpression(QStringLiteral("^(Bien|Aviso|Fallo|Dato): .+"))))
+            << finding->accessibleName().toStdString();
+}
+
+}  // namespace

@@ -1,0 +1,170 @@
+// What a check asks, what it leaves alone, and when it stops asking.
+#include "selfcheck/examination.h"
+
+#include <algorithm>
+#include <chrono>
+#include <initializer_list>
+
+#include "scenes/scene_file.h"
+#include "selfcheck/watched_device.h"
+#include "selfcheck_bench.h"
+
+namespace {
+
+using selfcheck::FieldValues;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using ExaminationTest = SelfcheckBench;
+
+constexpr std::uint8_t kGet = 0xA1;
+
+TEST_F(ExaminationTest, OnlyGetsReachTheCameraAndNothingStaysOpen) {
+    const auto camera = plug();
+    const auto facts = examine();
+    ASSERT_FALSE(camera->transfers().empty());
+    for (const auto &transfer : camera->transfers()) {
+        EXPECT_EQ(transfer.setup.requestType, kGet);
+        EXPECT_NE(transfer.setup.request, 0x01);
+    }
+    EXPECT_EQ(bus_->openHandles(), 0);
+    EXPECT_FALSE(facts.givenUp);
+    EXPECT_EQ(inspected_, 0x01100000U);
+}
+
+TEST_F(ExaminationTest, AWatchedDeviceDoesNotEvenForwardASet) {
+    const auto camera = plug();
+    const auto watched = std::make_shared<selfcheck::WatchedDevice>(bus_->devices()->front());
+    const auto interface = watched->videoControl();
+    ASSERT_EQ(interface->open(), usb::Outcome::done);
+    std::vector<std::uint8_t> zoom{1, 0};
+    EXPECT_EQ(interface->controlRequest({0x21, 0x01, 0x0B00, 0x0100, 2}, zoom), usb::Outcome::failed);
+    EXPECT_EQ(interface->controlRequest({kGet, 0x81, 0x0B00, 0x0100, 2}, zoom), usb::Outcome::done);
+    ASSERT_EQ(camera->transfers().size(), 1U);
+    EXPECT_EQ(camera->transfers().front().setup.requestType, kGet);
+}
+
+TEST_F(ExaminationTest, ReadsTheNumbersOfBothControls) {
+    plug();
+    const auto facts = examine();
+    EXPECT_EQ(facts.panTilt.minimum, (FieldValues{-612000, -108000}));
+    EXPECT_EQ(facts.panTilt.maximum, (FieldValues{612000, 324000}));
+    EXPECT_EQ(facts.panTilt.step, (FieldValues{3600, 3600}));
+    EXPECT_EQ(facts.panTilt.standard, (FieldValues{0, 0}));
+    EXPECT_EQ(facts.panTilt.current, (FieldValues{0, 0}));
+    EXPECT_EQ(facts.zoom.maximum, (FieldValues{1000}));
+    EXPECT_THAT(facts.panTilt.failures, IsEmpty());
+    EXPECT_THAT(facts.zoom.failures, IsEmpty());
+}
+
+TEST_F(ExaminationTest, EveryRefusedGetIsKnownByItsCodeAndTheOthersAreStillAsked) {
+    for (const std::uint8_t code : std::initializer_list<std::uint8_t>{0x81, 0x82, 0x83, 0x84, 0x86, 0x87}) {
+        bus_ = std::make_shared<simulator::SimulatedRegistry>();
+        Options options;
+        options.refused = {{1, 0x0B, code}};
+        plug(options);
+        const auto facts = examine();
+        ASSERT_EQ(facts.zoom.failures.size(), 1U) << int{code};
+        EXPECT_EQ(facts.zoom.failures.front().code, code);
+        EXPECT_EQ(facts.zoom.failures.front().outcome, usb::Outcome::refused);
+        EXPECT_EQ(facts.zoom.current.has_value(), code != 0x81);
+        EXPECT_EQ(facts.zoom.minimum.has_value(), code != 0x82 && code != 0x83);
+        EXPECT_THAT(facts.panTilt.failures, IsEmpty());
+    }
+}
+
+/// A camera that answers the first requests and then falls silent, and counts how often it was asked.
+struct SilentDevice : usb::Device {
+    struct Interface : usb::VideoControl {
+        explicit Interface(SilentDevice &device) : device_(device) {}
+        std::uint8_t interfaceNumber() const override { return 0; }
+        std::span<const std::uint8_t> classDescriptors() const override { return device_.descriptors; }
+        usb::Outcome open() override { return device_.openOutcome; }
+        usb::Outcome close() override { return usb::Outcome::done; }
+        usb::Outcome controlRequest(const usb::SetupPacket &, std::span<std::uint8_t> data) override {
+            ++device_.asked;
+            std::ranges::fill(data, std::uint8_t{1});
+            return device_.asked <= device_.answers ? usb::Outcome::done : device_.afterwards;
+        }
+        SilentDevice &device_;
+    };
+    std::optional<std::uint16_t> vendorId() const override { return 0x2574; }
+    std::optional<std::uint16_t> productId() const override { return 0x09C0; }
+    std::optional<std::uint32_t> locationId() const override { return 0x01100000; }
+    std::optional<std::string> registryName() const override { return std::nullopt; }
+    std::unique_ptr<usb::VideoControl> videoControl() const override {
+        return std::make_unique<Interface>(const_cast<SilentDevice &>(*this));
+    }
+
+    std::vector<std::uint8_t> descriptors = simulator::CameraModel().videoControlDescriptors();
+    usb::Outcome openOutcome = usb::Outcome::done;
+    int answers = 0;
+    usb::Outcome afterwards = usb::Outcome::timedOut;
+    int asked = 0;
+};
+
+struct OneDevice : usb::DeviceRegistry {
+    std::optional<std::vector<std::shared_ptr<const usb::Device>>> devices() const override {
+        return std::vector<std::shared_ptr<const usb::Device>>{device};
+    }
+    std::shared_ptr<SilentDevice> device = std::make_shared<SilentDevice>();
+};
+
+TEST_F(ExaminationTest, ADeadCameraIsNotAskedAgain) {
+    for (const auto outcome : {usb::Outcome::timedOut, usb::Outcome::disconnected}) {
+        for (const int answers : {0, 3, 8}) {
+            const auto registry = std::make_shared<OneDevice>();
+            registry->device->answers = answers;
+            registry->device->afterwards = outcome;
+            selfcheck::Examination check(registry, [](std::uint32_t) { return std::nullopt; });
+            while (check.step()) {
+            }
+            EXPECT_EQ(registry->device->asked, answers + 1);
+            EXPECT_EQ(check.facts().givenUp, outcome);
+            EXPECT_TRUE(check.facts().store.hasDocuments) << "the store is looked at all the same";
+        }
+    }
+}
+
+TEST_F(ExaminationTest, ACameraThatDoesNotOpenIsNotAskedAtAll) {
+    for (const auto outcome : {usb::Outcome::denied, usb::Outcome::busy}) {
+        const auto registry = std::make_shared<OneDevice>();
+        registry->device->openOutcome = outcome;
+        selfcheck::Examination check(registry, [](std::uint32_t) { return std::nullopt; });
+        while (check.step()) {
+        }
+        EXPECT_EQ(registry->device->asked, 0);
+        EXPECT_EQ(check.facts().givenUp, outcome);
+        EXPECT_FALSE(check.facts().panTilt.current);
+    }
+}
+
+TEST_F(ExaminationTest, NoStepAsksForMoreThanTwoThings) {
+    const auto camera = plug();
+    const auto check = examination();
+    std::size_t before = 0;
+    std::size_t most = 0;
+    bool more = true;
+    while (more) {
+        more = check->step();
+        most = std::max(most, camera->transfers().size() - before);
+        before = camera->transfers().size();
+    }
+    EXPECT_EQ(most, 2U);
+    EXPECT_EQ(before, 12U);
+}
+
+TEST_F(ExaminationTest, TheLastCameraOfTheModelIsTheOneThatIsAsked) {
+    const auto first = plug({}, 1, {1});
+    const auto last = plug({}, 1, {2});
+    Options foreign;
+    foreign.vendorId = 0x046D;
+    plug(foreign, 2, {1});
+    const auto facts = examine();
+    EXPECT_EQ(facts.cameras.size(), 3U);
+    EXPECT_EQ(facts.moved, 1U);
+    EXPECT_TRUE(first->transfers().empty());
+    EXPECT_FALSE(last->transfers().empty());
+    EXPECT_EQ(inspected_, 0x01200000U);
+}
+
+}  // namespace

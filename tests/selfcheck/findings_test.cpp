@@ -1,0 +1,280 @@
+// What is said about a camera and a store, sound or ill.
+#include "selfcheck/findings.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include "scenes/scene_file.h"
+#include "selfcheck_bench.h"
+
+namespace {
+
+using selfcheck::State;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+class FindingsTest : public SelfcheckBench {
+ protected:
+    /// The facts of a healthy camera, to be made ill in one place.
+    selfcheck::Facts healthy() {
+        plug();
+        return examine();
+    }
+
+    static std::string textOf(const selfcheck::Facts &facts) {
+        return selfcheck::textOf(selfcheck::findings(facts), "hoy", "1.0");
+    }
+    static State stateOf(const selfcheck::Facts &facts) { return selfcheck::findings(facts).verdict.state; }
+
+    [[nodiscard]] std::filesystem::path put(const std::string &path, const std::string &content) const {
+        const auto file = documents_.path() / "Presets" / path;
+        std::filesystem::create_directories(file.parent_path());
+        std::ofstream(file, std::ios::binary) << content;
+        return file;
+    }
+
+    void putScenes(const std::string &path, std::size_t count) const {
+        std::filesystem::create_directories((documents_.path() / "Presets" / path).parent_path());
+        PresetToFile("Presets/" + path, std::vector<ManualPreset>(count, {"Mesa", "", "", "", 0, 0, 0}));
+    }
+
+    [[nodiscard]] static std::string sample(const std::string &name) {
+        std::ifstream file(ZEL_TEST_DATA "/scenes/" + name + ".presets", std::ios::binary);
+        EXPECT_TRUE(file) << name;
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+};
+
+TEST_F(FindingsTest, AHealthyCameraIsDescribedInUnitsAndDegrees) {
+    auto facts = healthy();
+    facts.panTilt.current = selfcheck::FieldValues{-43380, 3599};
+    EXPECT_EQ(stateOf(facts), State::Good);
+    EXPECT_THAT(
+        textOf(facts),
+        AllOf(HasSubstr("[Bien] La cámara responde: se puede mover"), HasSubstr("2574:09c0, bus 1, puerto 1"),
+              HasSubstr("Giro: ahora -43380 (-12,1°)"), HasSubstr("Inclinación: ahora 3599 (1,0°)"),
+              HasSubstr("De -612000 (-170,0°) a 612000 (170,0°), paso 3600 (1,0°), predeterminado 0 (0,0°)"),
+              HasSubstr("De 0 a 1000, paso 1, predeterminado 0."), Not(HasSubstr("[Aviso]")),
+              Not(HasSubstr("[Fallo]"))));
+}
+
+TEST_F(FindingsTest, WithoutTheCameraTheVerdictSaysWhatIsThereInstead) {
+    EXPECT_THAT(text(), HasSubstr("[Fallo] No se ve ninguna cámara conectada"));
+
+    Options foreign;
+    foreign.vendorId = 0x046D;
+    foreign.productName = "Webcam <b>del</b> portátil";
+    plug(foreign, 3, {2, 1});
+    EXPECT_THAT(text(), AllOf(HasSubstr("[Fallo] No se ve ninguna cámara que este programa sepa mover"),
+                              HasSubstr("«Webcam <b>del</b> portátil»"),
+                              HasSubstr("046d:09c0, bus 3, puerto 2.1"), Not(HasSubstr("Giro"))));
+
+    bus_ = std::make_shared<simulator::SimulatedRegistry>();
+    Options headless;
+    headless.hasHeader = false;
+    plug(headless);
+    EXPECT_THAT(text(), AllOf(HasSubstr("[Fallo] La cámara está conectada, pero no se presenta"),
+                              HasSubstr("[Fallo] Cámara del aula con una descripción USB incorrecta"),
+                              Not(HasSubstr("No está conectada"))));
+
+    selfcheck::Facts blind;
+    EXPECT_THAT(textOf(blind), HasSubstr("[Fallo] No se pueden ver los dispositivos USB"));
+}
+
+TEST_F(FindingsTest, OfTwoCamerasTheOneThatMovesIsNamed) {
+    Options first;
+    first.productName = "Delante";
+    Options second;
+    second.productName = "Detrás";
+    plug(first, 1, {1});
+    plug(second, 1, {2});
+    EXPECT_THAT(text(), AllOf(HasSubstr("[Aviso] Hay 2 cámaras del mismo modelo"),
+                              HasSubstr("Cámara del mismo modelo, que no se mueve: «Delante»"),
+                              HasSubstr("Cámara del aula conectada: «Detrás»")));
+}
+
+TEST_F(FindingsTest, MissingRightsNameTheFileAndTheRemedy) {
+    const auto camera = plug();
+    bus_->answerOpenWith(camera, usb::Outcome::denied);
+    access_->access = usb::Outcome::denied;
+    EXPECT_THAT(text(),
+                AllOf(HasSubstr("[Fallo] La cámara está conectada, pero este usuario no tiene permiso"),
+                      HasSubstr("no tiene permiso para abrir /dev/video0"), HasSubstr("grupo «video»"),
+                      HasSubstr("No se ha podido preguntar")));
+
+    access_->driver.reset();
+    access_->path = "/dev/bus/usb/001/004";
+    EXPECT_THAT(text(), AllOf(HasSubstr("no tiene permiso para abrir /dev/bus/usb/001/004"),
+                              HasSubstr("udev"), Not(HasSubstr("grupo «video»"))));
+
+    access_.reset();
+    EXPECT_THAT(text(), HasSubstr("[Fallo] El sistema no ha permitido abrir la cámara"));
+}
+
+TEST_F(FindingsTest, DriversAndProgramsAreNamed) {
+    plug();
+    access_->programs = {{4711, "reunion"}, {4712, "grabador\xff"}};
+    access_->sawEveryProgram = false;
+    EXPECT_THAT(text(), AllOf(HasSubstr("(uvcvideo) tiene la cámara"), HasSubstr("reunion (proceso 4711)"),
+                              HasSubstr("grabador\uFFFD (proceso 4712)"), HasSubstr("otros usuarios")));
+    access_->driver = "usbfs";
+    access_->access = usb::Outcome::busy;
+    EXPECT_THAT(text(), AllOf(HasSubstr("[Fallo] Otro programa se ha quedado con el control"),
+                              Not(HasSubstr("No impiden"))));
+}
+
+TEST_F(FindingsTest, EveryRefusedRequestIsNamedAndOnlyTheNeededOnesAreFaults) {
+    struct Row {
+        std::uint8_t code;
+        const char *line;
+        State verdict;
+    };
+    for (const Row &row : {Row{0x81, "[Fallo] La cámara no contesta a GET_CUR", State::Fault},
+                           Row{0x82, "[Aviso] La cámara no contesta a GET_MIN", State::Warning},
+                           Row{0x83, "[Aviso] La cámara no contesta a GET_MAX", State::Warning},
+                           Row{0x84, "[Aviso] La cámara no contesta a GET_RES", State::Warning},
+                           Row{0x86, "[Fallo] La cámara no contesta a GET_INFO", State::Fault},
+                           Row{0x87, "[Aviso] La cámara no contesta a GET_DEF", State::Warning}}) {
+        Options options;
+        options.refused = {{1, 0x0D, row.code}};
+        bus_ = std::make_shared<simulator::SimulatedRegistry>();
+        plug(options);
+        EXPECT_THAT(text(), HasSubstr(row.line));
+        EXPECT_EQ(report().verdict.state, row.verdict) << row.line;
+    }
+}
+
+TEST_F(FindingsTest, ACameraThatFallsSilentIsSaidToBeDead) {
+    const auto camera = plug();
+    camera->setAnswerDelay(std::chrono::hours(1));
+    EXPECT_THAT(text(), AllOf(HasSubstr("[Fallo] La cámara está conectada, pero no contesta."),
+                              HasSubstr("no ha contestado a tiempo a GET_INFO"),
+                              HasSubstr("[Dato] No se ha podido preguntar a la cámara")));
+    camera->setAnswerDelay(std::chrono::milliseconds(0));
+    camera->unplugAfter(4);
+    EXPECT_THAT(text(), AllOf(HasSubstr("[Fallo] La cámara se ha desconectado durante"),
+                              HasSubstr("[Fallo] La cámara se ha desconectado durante la comprobación\n"),
+                              HasSubstr("Giro: no se sabe su valor actual")));
+}
+
+TEST_F(FindingsTest, ASlowCameraIsAWarningWithItsTime) {
+    auto facts = healthy();
+    facts.slowest = std::chrono::milliseconds(499);
+    EXPECT_THAT(textOf(facts), Not(HasSubstr("despacio")));
+    facts.slowest = std::chrono::milliseconds(1200);
+    EXPECT_THAT(textOf(facts), HasSubstr("[Aviso] La cámara contesta despacio: hasta 1200 milisegundos"));
+}
+
+TEST_F(FindingsTest, IllRangesAreNamedByAxis) {
+    const auto sound = healthy();
+    auto facts = sound;
+    facts.panTilt.current = selfcheck::FieldValues{612001, 0};
+    EXPECT_THAT(textOf(facts), AllOf(HasSubstr("[Aviso] Giro: el valor actual, 612001 (170,0°), está fuera"),
+                                     HasSubstr("[Dato] Giro: ahora"), HasSubstr("[Bien] Inclinación: ahora"),
+                                     Not(HasSubstr("Inclinación: el valor"))));
+    facts = sound;
+    facts.panTilt.current = selfcheck::FieldValues{612000, -108000};  // the limits themselves are sound
+    EXPECT_EQ(stateOf(facts), State::Good);
+    facts = sound;
+    facts.zoom.standard = selfcheck::FieldValues{1001};
+    EXPECT_THAT(textOf(facts), HasSubstr("[Aviso] Zoom: el valor predeterminado, 1001, está fuera"));
+    facts = sound;
+    facts.panTilt.step = selfcheck::FieldValues{3600, 0};
+    EXPECT_THAT(textOf(facts), HasSubstr("[Aviso] Inclinación: el paso es 0"));
+    facts = sound;
+    facts.panTilt.minimum = selfcheck::FieldValues{700000, -108000};
+    EXPECT_THAT(textOf(facts), AllOf(HasSubstr("[Fallo] Giro: el mínimo es mayor que el máximo"),
+                                     Not(HasSubstr("Giro: el valor actual,"))));
+    EXPECT_EQ(stateOf(facts), State::Fault);
+    facts = sound;
+    facts.zoom.maximum = selfcheck::FieldValues{0};
+    EXPECT_THAT(textOf(facts), HasSubstr("[Fallo] Zoom: el rango está vacío"));
+    facts = sound;
+    facts.zoom.maySet = false;
+    EXPECT_THAT(textOf(facts), HasSubstr("[Fallo] La cámara dice que este control no se puede cambiar"));
+}
+
+TEST_F(FindingsTest, IllnessesOfARealBusAreSeenToo) {
+    Options options;
+    options.outsideRange = true;
+    options.zeroResolution = true;
+    plug(options);
+    EXPECT_THAT(text(),
+                AllOf(HasSubstr("Giro: el valor actual, "), HasSubstr("Inclinación: el valor actual, "),
+                      HasSubstr("Zoom: el valor actual, "), HasSubstr("Zoom: el paso es 0")));
+}
+
+TEST_F(FindingsTest, AMissingControlIsAFault) {
+    Options options;
+    options.hasPanTiltAbs = false;
+    plug(options);
+    EXPECT_THAT(text(),
+                AllOf(HasSubstr("[Fallo] La cámara responde, pero no a todo"),
+                      HasSubstr("[Fallo] La cámara no ofrece este control"), HasSubstr("Zoom: ahora 0")));
+}
+
+TEST_F(FindingsTest, TheStoreIsToldByCentreAndRoom) {
+    plug();
+    EXPECT_THAT(text(), HasSubstr("[Dato] Todavía no hay escenas guardadas"));
+    EXPECT_FALSE(std::filesystem::exists(documents_.path() / "Presets"))
+        << "looking must not make the folder";
+
+    putScenes("Norte/Sala 1.presets", 3);
+    putScenes("Norte/Sala 2.presets", 1);
+    putScenes("Suelta.presets", 2);
+    putScenes("Norte/Nueva.presets", 0);
+    std::filesystem::create_directory(documents_.path() / "Presets" / "Vacío");
+    EXPECT_THAT(
+        text(),
+        AllOf(HasSubstr("6 escenas en 4 ficheros, 2 centros"), HasSubstr("[Bien] Norte / Sala 1: 3 escenas"),
+              HasSubstr("[Bien] Norte / Sala 2: 1 escena\n"), HasSubstr("[Bien] Sin grupo / Suelta: 2"),
+              HasSubstr("[Dato] Norte / Nueva: sin escenas"), HasSubstr("[Dato] Vacío: sin aulas")));
+    EXPECT_EQ(report().verdict.state, State::Good);
+}
+
+TEST_F(FindingsTest, EachUnreadableFileIsNamedWithItsReason) {
+    plug();
+    putScenes("Norte/Buena.presets", 1);
+    const auto empty = put("Norte/Vacia.presets", "");
+    (void)put("Norte/Texto.presets", "\xff\xfe");
+    std::filesystem::create_directory(documents_.path() / "Presets/Norte/Carpeta.presets");
+    std::filesystem::create_symlink("falta", documents_.path() / "Presets/Norte/Enlace.presets");
+    (void)put("Norte/Buena.copia.presets", "");
+    (void)put("LEEME", "");
+    testing::internal::CaptureStdout();
+    const std::string told = text();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_THAT(told,
+                AllOf(HasSubstr("[Aviso] La cámara responde: se puede mover. Hay ficheros"),
+                      HasSubstr("[Aviso] Norte / Vacia: el fichero está vacío\n        " + empty.string()),
+                      HasSubstr("[Aviso] Norte / Texto: el fichero no contiene escenas"),
+                      HasSubstr("[Aviso] Norte / Carpeta: no es un fichero"),
+                      HasSubstr("[Aviso] Norte / Enlace: es un enlace que no lleva"),
+                      HasSubstr("[Aviso] Norte / Buena: otro fichero lleva el nombre"),
+                      HasSubstr("[Bien] Norte / Buena: 1 escena"),
+                      HasSubstr("[Aviso] No se puede ver lo que hay en una carpeta")));
+}
+
+TEST_F(FindingsTest, FilesThatEndTheProgramAreSurvivedAndNamed) {
+    plug();
+    putScenes("Norte/Buena.presets", 1);
+    const auto fatal = put("Norte/Mala.presets", sample("foreign"));
+    EXPECT_THAT(text(),
+                AllOf(HasSubstr("[Fallo] La cámara responde: se puede mover. Pero el programa no puede"),
+                      HasSubstr("[Fallo] Norte / Mala: fichero dañado o de otro programa"),
+                      HasSubstr("Mueva este fichero a otra carpeta: " + fatal.string())));
+
+    // One whose scenes another file's replace has been read before that, so it ends the program all the same.
+    std::filesystem::rename(fatal, fatal.parent_path() / "Buena.antes.presets");
+    EXPECT_THAT(text(), HasSubstr("[Fallo] Norte / Buena: fichero dañado"));
+
+    std::filesystem::remove(fatal.parent_path() / "Buena.antes.presets");
+    (void)put("Norte/...", "");
+    EXPECT_THAT(text(), HasSubstr("[Fallo] Un fichero cuyo nombre son solo puntos"));
+
+    documents_.setDocumentsMissing(true);
+    EXPECT_THAT(text(), HasSubstr("[Fallo] Este usuario no tiene carpeta de documentos"));
+}
+
+}  // namespace

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "selfcheck/examination.h"
+#include "selfcheck/findings.h"
+#include "selfcheck/report_text.h"
+#include "simulator/camera_model.h"
+#include "simulator/simulated_registry.h"
+#include "support/temporary_documents.h"
+
+/// A bus, a store and an inspector of their own for each check.
+class SelfcheckBench : public testing::Test {
+ protected:
+    using Options = simulator::CameraOptions;
+
+    std::shared_ptr<simulator::CameraModel> plug(Options options = {}, std::uint8_t bus = 1,
+                                                 std::vector<std::uint8_t> ports = {1}) {
+        auto camera = std::make_shared<simulator::CameraModel>(std::move(options));
+        bus_->plug(camera, bus, std::move(ports));
+        return camera;
+    }
+
+    std::unique_ptr<selfcheck::Examination> examination() {
+        return std::make_unique<selfcheck::Examination>(bus_, [this](std::uint32_t location) {
+            inspected_ = location;
+            return access_;
+        });
+    }
+
+    selfcheck::Facts examine() {
+        const auto check = examination();
+        while (check->step()) {
+        }
+        return check->facts();
+    }
+
+    selfcheck::Report report() { return selfcheck::findings(examine()); }
+    /// The report as it would be copied.
+    std::string text() { return selfcheck::textOf(report(), "01/02/2025 10:00:00", "1.0"); }
+
+    support::TemporaryDocuments documents_;
+    std::shared_ptr<simulator::SimulatedRegistry> bus_ = std::make_shared<simulator::SimulatedRegistry>();
+    std::optional<usb::InterfaceReport> access_ = usb::InterfaceReport{
+        .interfaceNumber = 0,
+        .driver = "uvcvideo",
+        .path = "/dev/video0",
+        .access = usb::Outcome::done,
+        .programs = {},
+        .sawEveryProgram = true,
+    };
+    std::uint32_t inspected_ = 0;
+};

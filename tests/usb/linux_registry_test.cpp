@@ -1,0 +1,347 @@
+#include "usb/linux/linux_registry.h"
+
+#include <sys/types.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "usb/contract.h"
+#include "usb/fake_usbfs.h"
+#include "usb/linux/interface_report.h"
+#include "usb/without_rights.h"
+
+namespace {
+
+using contract::Camera;
+using contract::CameraModel;
+using contract::getRequest;
+using contract::interfacesOf;
+using contract::kGetZoom;
+using contract::kSetZoom;
+using contract::Ports;
+using contract::setRequest;
+using usb::Outcome;
+
+using Bytes = std::vector<std::uint8_t>;
+
+/// How many of this process's open files are `path`.
+int openFiles(const std::string &path) {
+    namespace fs = std::filesystem;
+    int count = 0;
+    std::error_code error;
+    const fs::path file = fs::canonical(path);
+    for (const auto &entry : fs::directory_iterator("/proc/self/fd"))
+        if (fs::read_symlink(entry.path(), error) == file) ++count;
+    return count;
+}
+
+/// `bound`: the kernel's driver takes each camera as soon as it is plugged in.
+class LinuxRig : public contract::Rig {
+ public:
+    explicit LinuxRig(bool bound) : bound_(bound) {}
+
+    [[nodiscard]] const usb::DeviceRegistry &registry() const override { return *registry_; }
+    void dropRegistry() override { registry_.reset(); }
+
+    void plug(const Camera &camera, std::uint8_t bus, const Ports &ports) override {
+        usbfs.plug(camera, bus, ports);
+        if (bound_) usbfs.bindDriver(camera);
+    }
+    void unplug(const Camera &camera) override { usbfs.unplug(camera); }
+    void plugKeyboard(std::uint8_t bus, const Ports &ports) override {
+        usbfs.plugImage(fake::keyboardImage(), bus, ports);
+    }
+
+    void holdElsewhere(const Camera &camera) override {
+        if (bound_) usbfs.unbindDriver(camera);
+        usbfs.nodeOf(camera).holdElsewhere();
+    }
+    void withoutRights(const Camera &camera, const std::function<void()> &action) override {
+        const WithoutRights guard(filesOf(camera));
+        action();
+    }
+    /// All files that lead to the camera.
+    [[nodiscard]] std::vector<std::string> filesOf(const Camera &camera) {
+        std::vector<std::string> files{usbfs.nodeFileOf(camera)};
+        for (const std::string &node : usbfs.videoNodesOf(camera)) files.push_back(usbfs.fileOf(node));
+        return files;
+    }
+
+    [[nodiscard]] int openInterfaces() const override {
+        int open = usbfs.claimedInterfaces();
+        for (const std::string &node : usbfs.videoNodes()) open += openFiles(usbfs.fileOf(node));
+        return open;
+    }
+
+    fake::Usbfs usbfs;
+
+ private:
+    bool bound_;
+    std::unique_ptr<usb::LinuxRegistry> registry_ = std::make_unique<usb::LinuxRegistry>();
+};
+
+class DriverBoundRig : public LinuxRig {
+ public:
+    DriverBoundRig() : LinuxRig(true) {}
+};
+class NoDriverRig : public LinuxRig {
+ public:
+    NoDriverRig() : LinuxRig(false) {}
+};
+
+}  // namespace
+
+namespace contract {
+INSTANTIATE_TYPED_TEST_SUITE_P(DriverBound, RegistryContract, DriverBoundRig);
+INSTANTIATE_TYPED_TEST_SUITE_P(NoDriver, RegistryContract, NoDriverRig);
+}  // namespace contract
+
+namespace {
+
+class LinuxRegistryTest : public testing::Test {
+ protected:
+    std::unique_ptr<usb::VideoControl> interfaceAt(std::uint32_t locationId) {
+        const auto device = contract::deviceAt(rig, locationId);
+        return device ? device->videoControl() : nullptr;
+    }
+
+    /// Opens, sends and closes, as the camera library does for each request.
+    Outcome request(usb::VideoControl &control, const usb::SetupPacket &setup, Bytes &data) {
+        if (const Outcome opened = control.open(); opened != Outcome::done) return opened;
+        const Outcome outcome = control.controlRequest(setup, data);
+        EXPECT_EQ(control.close(), Outcome::done);
+        return outcome;
+    }
+    Outcome setZoom(usb::VideoControl &control, std::uint8_t zoom) {
+        Bytes data{zoom, 0};
+        return request(control, kSetZoom, data);
+    }
+
+    NoDriverRig rig;
+    Camera camera = std::make_shared<CameraModel>();
+    static constexpr std::uint32_t kLocation = 0x01200000;
+    const Ports kPorts{2};
+};
+
+TEST_F(LinuxRegistryTest, TakesTheOtherWayAsSoonAsTheDriverComesOrGoes) {
+    rig.plug(camera, 1, kPorts);
+    const auto control = interfaceAt(kLocation);
+    ASSERT_NE(control, nullptr);
+    EXPECT_EQ(setZoom(*control, 10), Outcome::done);
+
+    rig.usbfs.bindDriver(camera);
+    EXPECT_EQ(setZoom(*control, 20), Outcome::done);
+    EXPECT_EQ(camera->target().zoom, 20);
+    EXPECT_FALSE(rig.usbfs.nodeOf(camera).wasDetachTried());
+
+    rig.usbfs.unbindDriver(camera);
+    EXPECT_EQ(setZoom(*control, 30), Outcome::done);
+    EXPECT_EQ(camera->target().zoom, 30);
+}
+
+TEST_F(LinuxRegistryTest, GoesOnThroughLibusbWhenTheDriverGoesUnderAnOpenInterface) {
+    rig.plug(camera, 1, kPorts);
+    rig.usbfs.bindDriver(camera);
+    const auto control = interfaceAt(kLocation);
+    ASSERT_NE(control, nullptr);
+    ASSERT_EQ(control->open(), Outcome::done);
+
+    rig.usbfs.unbindDriver(camera);
+    Bytes data{44, 0};
+    EXPECT_EQ(control->controlRequest(kSetZoom, data), Outcome::done);
+    EXPECT_EQ(camera->target().zoom, 44);
+    EXPECT_EQ(rig.openInterfaces(), 1);
+    EXPECT_EQ(control->close(), Outcome::done);
+    EXPECT_EQ(rig.openInterfaces(), 0);
+}
+
+TEST_F(LinuxRegistryTest, MovesTheRightOneOfTwoEqualCamerasWhateverTheirNodesAreCalled) {
+    const Camera other = std::make_shared<CameraModel>();
+    rig.plug(camera, 1, {2});
+    rig.plug(other, 1, {3});
+    rig.usbfs.bindDriver(other);         // video0, video1
+    rig.usbfs.bindDriver(camera, true);  // video2 for metadata, video3
+    const auto control = interfaceAt(kLocation);
+    ASSERT_NE(control, nullptr);
+    EXPECT_EQ(setZoom(*control, 10), Outcome::done);
+    EXPECT_EQ(camera->target().zoom, 10);
+
+    // Plugged in again it is another device with nodes of other numbers: the old interface is not its.
+    rig.unplug(camera);
+    rig.plug(camera, 1, {2});
+    rig.usbfs.bindDriver(camera);
+    ASSERT_EQ(rig.usbfs.videoNodesOf(camera).front(), "/dev/video4");
+    EXPECT_EQ(setZoom(*control, 99), Outcome::disconnected);
+    const auto again = interfaceAt(kLocation);
+    ASSERT_NE(again, nullptr);
+    EXPECT_EQ(setZoom(*again, 20), Outcome::done);
+    EXPECT_EQ(camera->target().zoom, 20);
+    EXPECT_TRUE(other->transfers().empty());
+}
+
+TEST_F(LinuxRegistryTest, AsksACameraThatIsNotReadyAgainButNotForEver) {
+    rig.plug(camera, 1, kPorts);
+    rig.usbfs.bindDriver(camera);
+    const auto control = interfaceAt(kLocation);
+    ASSERT_NE(control, nullptr);
+    rig.usbfs.driverOf(camera).answerBusy(5);
+    EXPECT_EQ(setZoom(*control, 10), Outcome::done);
+    EXPECT_EQ(camera->target().zoom, 10);
+
+    rig.usbfs.driverOf(camera).answerBusy(1'000'000);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(setZoom(*control, 20), Outcome::timedOut);
+    const auto spent = std::chrono::steady_clock::now() - start;
+    EXPECT_GT(spent, std::chrono::milliseconds(usb::kRequestTimeout / 2));
+    EXPECT_LT(spent, std::chrono::milliseconds(usb::kRequestTimeout + 500));
+    EXPECT_EQ(camera->target().zoom, 10);
+}
+
+TEST_F(LinuxRegistryTest, AnswersForTheDriverWhatItsOwnRequestsWouldSay) {
+    rig.plug(camera, 1, kPorts);
+    rig.usbfs.bindDriver(camera);
+    const auto control = interfaceAt(kLocation);
+    ASSERT_NE(control, nullptr);
+    struct Row {
+        std::uint8_t request;
+        Bytes answer;
+    };
+    const std::vector<Row> panTilt{{0x82, {0x60, 0xA9, 0xF6, 0xFF, 0x20, 0x5A, 0xFE, 0xFF}},  // MIN
+                                   {0x83, {0xA0, 0x56, 0x09, 0x00, 0xA0, 0xF1, 0x04, 0x00}},  // MAX
+                                   {0x84, {0x10, 0x0E, 0x00, 0x00, 0x10, 0x0E, 0x00, 0x00}},  // RES
+                                   {0x87, {0, 0, 0, 0, 0, 0, 0, 0}},                          // DEF
+                                   {0x86, {0x03}}};                                           // INFO
+    for (const Row &row : panTilt) {
+        const auto length = static_cast<std::uint16_t>(row.answer.size());
+        Bytes answer(length, 0xEE);
+        EXPECT_EQ(request(*control, getRequest(row.request, 1, 0x0D, length), answer), Outcome::done);
+        EXPECT_EQ(answer, row.answer) << int{row.request};
+    }
+}
+
+TEST_F(LinuxRegistryTest, RefusesWithoutATransferWhatV4l2CannotSay) {
+    rig.plug(camera, 1, kPorts);
+    rig.usbfs.bindDriver(camera);
+    const auto control = interfaceAt(kLocation);
+    ASSERT_NE(control, nullptr);
+    const std::vector<usb::SetupPacket> requests{
+        getRequest(0x81, 1, 0x01, 1),     // scanning-mode: not mapped
+        getRequest(0x85, 1, 0x0B, 2),     // GET_LEN
+        getRequest(0x81, 1, 0x0B, 4),     // zoom-abs has two bytes
+        getRequest(0x81, 7, 0x0B, 2),     // no such kind of unit
+        {0xA1, 0x81, 0x0B00, 0x0103, 2},  // another interface
+        {0xA1, 0x01, 0x0B00, 0x0100, 2},  // SET_CUR with the direction of a GET
+        {0x21, 0x81, 0x0B00, 0x0100, 2},  // and the other way round
+        getRequest(0x81, 2, 0x0D, 1),     // this camera's automatic white balance is another
+    };
+    for (const usb::SetupPacket &setup : requests) {
+        Bytes data(setup.length, 0);
+        EXPECT_EQ(request(*control, setup, data), Outcome::refused) << setup.value << " " << setup.length;
+    }
+    EXPECT_TRUE(camera->transfers().empty());
+}
+
+TEST_F(LinuxRegistryTest, RenumbersTheExposureModeAndTellsTheModesThatTheCameraHas) {
+    rig.plug(camera, 1, kPorts);
+    rig.usbfs.bindDriver(camera);
+    const auto control = interfaceAt(kLocation);
+    ASSERT_NE(control, nullptr);
+    rig.usbfs.driverOf(camera).offerExposureModes(0b1010, 3);  // manual; aperture priority by default
+
+    const auto ask = [&](std::uint8_t code) {
+        Bytes data{0};
+        EXPECT_EQ(request(*control, getRequest(code, 1, 0x02, 1), data), Outcome::done) << int{code};
+        return int{data[0]};
+    };
+    EXPECT_EQ(ask(0x81), 8);
+    EXPECT_EQ(ask(0x87), 8);
+    EXPECT_EQ(ask(0x84), 1 | 8);
+    Bytes mode{0};
+    EXPECT_EQ(request(*control, getRequest(0x82, 1, 0x02, 1), mode), Outcome::refused);
+
+    mode = {1};
+    EXPECT_EQ(request(*control, setRequest(1, 0x02, 1), mode), Outcome::done);
+    EXPECT_EQ(rig.usbfs.driverOf(camera).exposureMode(), 1);
+    EXPECT_EQ(ask(0x81), 1);
+    mode = {4};  // a mode, but none of this camera's
+    EXPECT_EQ(request(*control, setRequest(1, 0x02, 1), mode), Outcome::refused);
+}
+
+TEST_F(LinuxRegistryTest, SaysOnceWhichFileMayNotBeOpened) {
+    rig.plug(camera, 1, kPorts);
+    const auto control = interfaceAt(kLocation);
+    ASSERT_NE(control, nullptr);
+    const auto complaints = [&] {
+        testing::internal::CaptureStderr();
+        rig.withoutRights(camera, [&] {
+            EXPECT_EQ(control->open(), Outcome::denied);
+            EXPECT_EQ(control->open(), Outcome::denied);
+        });
+        return testing::internal::GetCapturedStderr();
+    };
+    const auto oneLineAbout = [](const std::string &path) {
+        return testing::MatchesRegex("ERROR:  no permission to open " + path + " [^\n]*\n");
+    };
+    EXPECT_THAT(complaints(), oneLineAbout("/dev/bus/usb/001/[0-9]+"));
+    rig.usbfs.bindDriver(camera);
+    EXPECT_THAT(complaints(), oneLineAbout(rig.usbfs.videoNodesOf(camera).front()));
+    EXPECT_EQ(complaints(), "");
+}
+
+TEST_F(LinuxRegistryTest, ReportsWhoHoldsTheInterfaceAndWhetherThisUserMayOpenIt) {
+    rig.plug(camera, 1, kPorts);
+    const auto report = [] { return usb::inspectInterface(kLocation).value_or(usb::InterfaceReport()); };
+    EXPECT_EQ(report().driver, std::nullopt);
+    EXPECT_THAT(report().path, testing::StartsWith("/dev/bus/usb/001/"));
+    EXPECT_EQ(report().access, Outcome::done);
+    rig.withoutRights(camera, [&] { EXPECT_EQ(report().access, Outcome::denied); });
+
+    rig.usbfs.bindDriver(camera, true);
+    EXPECT_EQ(report().driver, "uvcvideo");
+    EXPECT_EQ(report().path, rig.usbfs.videoNodesOf(camera).back());
+    EXPECT_EQ(report().access, Outcome::done);
+    rig.withoutRights(camera, [&] { EXPECT_EQ(report().access, Outcome::denied); });
+
+    EXPECT_EQ(usb::inspectInterface(0x01300000), std::nullopt);
+    rig.plugKeyboard(1, {3});
+    EXPECT_EQ(usb::inspectInterface(0x01300000), std::nullopt);
+    EXPECT_TRUE(camera->transfers().empty());
+}
+
+TEST_F(LinuxRegistryTest, ReportsTheProgramThatHasTheNodeOpen) {
+    rig.plug(camera, 1, kPorts);
+    rig.usbfs.bindDriver(camera);
+    // A shell that waits with the file open, until its input ends.
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe(ends.data()), 0);
+    const std::string command =
+        "exec 9<'" + rig.usbfs.fileOf(rig.usbfs.videoNodesOf(camera).front()) + "'; echo ok >&8; read end";
+    std::array<int, 2> ready{};
+    ASSERT_EQ(::pipe(ready.data()), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::dup2(ends[0], 0);
+        ::dup2(ready[1], 8);
+        ::close(ends[1]);
+        ::execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+        ::_exit(127);
+    }
+    ASSERT_GT(child, 0);
+    std::array<char, 3> word{};
+    EXPECT_EQ(::read(ready[0], word.data(), word.size()), 3);
+
+    const auto report = usb::inspectInterface(kLocation);
+    ASSERT_TRUE(report.has_value());
+    ASSERT_EQ(report->programs.size(), 1u);
+    EXPECT_EQ(report->programs.front().processId, child);
+    EXPECT_EQ(report->programs.front().name, "sh");
+
+    for (const int end : {ends[0], ends[1], ready[0], ready[1]}) ::close(end);
+    EXPECT_EQ(::waitpid(child, nullptr, 0), child);
+    EXPECT_THAT(usb::inspectInterface(kLocation).value_or(usb::InterfaceReport()).programs,
+                testing::IsEmpty());
+}
+
+}  // namespace
