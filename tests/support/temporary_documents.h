@@ -23,9 +23,12 @@ class TemporaryDocuments {
         std::filesystem::create_directories(path());
         std::filesystem::create_directories(downloads());
         install(folders_);
+        isOuter_ =
+            ::setenv(kOuterRoot, root_.c_str(), /*overwrite*/ 0) == 0 && root_ == std::getenv(kOuterRoot);
     }
 
     ~TemporaryDocuments() {
+        if (isOuter_) ::unsetenv(kOuterRoot);
         install(previous_.folders);
         std::error_code ignored;
         std::filesystem::remove_all(root_, ignored);
@@ -69,10 +72,16 @@ class TemporaryDocuments {
     /// A test that cannot have its folder must not fall back to somebody's real one.
     static std::filesystem::path makeRoot() {
         std::error_code error;
-        std::string name = (std::filesystem::temp_directory_path(error) / "documents-XXXXXX").string();
+        const char *outer = std::getenv(kOuterRoot);
+        const auto base = outer ? std::filesystem::path(outer) : std::filesystem::temp_directory_path(error);
+        std::string name = (base / "documents-XXXXXX").string();
         if (error || ::mkdtemp(name.data()) == nullptr) platform::fatalStop();
         return std::filesystem::canonical(name);
     }
+
+    /// The child of a death test ends without its destructors. It builds its folder inside that of the
+    /// process that started it, which then removes both.
+    static constexpr char kOuterRoot[] = "TEMPORARY_DOCUMENTS_OUTER_ROOT";
 
     static void install(std::shared_ptr<platform::UserFolders> folders) {
         platform::Services services = platform::services();
@@ -83,6 +92,7 @@ class TemporaryDocuments {
     platform::Services previous_;
     std::filesystem::path root_;
     std::shared_ptr<Folders> folders_;
+    bool isOuter_ = false;
 };
 
 }  // namespace support
