@@ -27,14 +27,22 @@ done
 shift $((OPTIND - 1))
 [ $# -gt 0 ] || { sed -n '2,13s/^# \?//p' "$0" >&2; exit 64; }
 
+# The package that linux-image-amd64 stands for at present.
+kernel_package() {
+    LC_ALL=C apt-cache depends linux-image-amd64 2>/dev/null |
+        sed -n 's/^ *Depends: \(linux-image-[^ ]*\)$/\1/p' | head -1
+}
+
 # The package is unpacked here and not installed: that would touch this machine's /boot.
 unpack_kernel() {
     local package
-    package=$(LC_ALL=C apt-cache depends linux-image-amd64 | sed -n 's/^ *Depends: \(linux-image-[^ ]*\)$/\1/p' | head -1)
+    package=$(kernel_package)
     if [ -z "$package" ]; then
-        echo "kernel_guest: apt knows no package linux-image-amd64" >&2
-        return 1
+        # Fresh machines have no lists yet.
+        as_root apt-get -qq update
+        package=$(kernel_package)
     fi
+    [ -n "$package" ] || { echo "kernel_guest: apt knows no package linux-image-amd64" >&2; return 1; }
     [ -e "$work/$package/complete" ] && { kernel=$work/$package; return 0; }
 
     echo "Unpacking $package"
@@ -42,6 +50,7 @@ unpack_kernel() {
     mkdir -p "$work/$package"
     (
         cd "$work/$package"
+        # Lists grow old: what they name may have made room for a newer one.
         apt-get -qq download "$package" 2>/dev/null || { as_root apt-get -qq update && apt-get -qq download "$package"; }
         # Only what the guest can use: the rest is some 300 MB.
         local parts=(net/9p fs/9p fs/netfs fs/fscache fs/overlayfs lib crypto drivers/virtio drivers/usb drivers/media)
@@ -80,7 +89,7 @@ mkdir -p "$out"
 out=$(realpath "$out")
 [ "$out" != / ] && find "$out" -mindepth 1 -delete
 make_initramfs "$out/initramfs"
-printf 'export PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 HOME=/root\ncd %q\n%s\n' \
+printf 'export PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 HOME=/root SYSTEMD_IGNORE_CHROOT=1\ncd %q\n%s\n' \
     "$PWD" "$(printf '%q ' "$@")" >"$out/command"
 
 status=0
@@ -91,7 +100,7 @@ timeout --kill-after=10 "$limit" qemu-system-x86_64 -nodefaults -no-user-config 
     -device virtio-9p-pci,fsdev=host,mount_tag=host \
     -fsdev local,id=out,path="$out",security_model=none,multidevs=remap -device virtio-9p-pci,fsdev=out,mount_tag=out \
     -kernel "$(echo "$kernel"/boot/vmlinuz-*)" -initrd "$out/initramfs" \
-    -append "console=ttyS0 quiet panic=-1 mitigations=off zel.modules=$kernel/lib/modules" \
+    -append "console=ttyS0 quiet loglevel=2 panic=-1 mitigations=off zel.modules=$kernel/lib/modules" \
     </dev/null | tr -d '\r' | tee "$out/console" || status=${PIPESTATUS[0]}
 rm -f "$out/initramfs"
 

@@ -43,26 +43,63 @@ std::string faultName(const ::testing::TestParamInfo<FaultCase> &info) {
     return name + (info.param.way == Way::uvcvideo ? "_uvcvideo" : "_libusb");
 }
 
-constexpr char kNo[] = "AAAAAAAAA";
 constexpr char kPanTiltRange[] = "-612000,12000,3600,0,-108000,324000,3600,0";
 constexpr char kZoomRange[] = "0,1000,1,0";
-const Answers kHealthy{true, true, "36000,-18000", "300", kPanTiltRange, kZoomRange};
+constexpr char kOutside[] = "648000,360000";
 
+const Answers kHealthy{true, true, "36000,-18000", "300", kPanTiltRange, kZoomRange};
+/// The camera is there, its controls are not.
+const Answers kNoControls{false, false, kUnreadablePosition, kUnreadablePosition, {}, {}};
+const Answers kNoCamera{false, false, {}, {}, {}, {}};
+const Answers kSetRefused{false, false, "0,0", "0", kPanTiltRange, kZoomRange};
+const Answers kNoRange{true, true, "36000,-18000", "300", ",,3600,0,,,3600,0", ",,1,0"};
+const Answers kNoStep{true, true, "36000,-18000", "300", "-612000,12000,,0,-108000,324000,,0", "0,1000,,0"};
+const Answers kNoDefault{true,       true, "36000,-18000", "300", "-612000,12000,3600,,-108000,324000,3600,",
+                         "0,1000,1,"};
+const Answers kStepZero{true,        true, "36000,-18000", "300", "-612000,12000,0,0,-108000,324000,0,0",
+                        "0,1000,0,0"};
+const Answers kAlwaysOutside{true, true, kOutside, "1010", kPanTiltRange, kZoomRange};
+
+/// By libusb, what the camera leaves out is left out and all else works. The driver is stricter in one way
+/// and blinder in another: a control that does not tell its whole range does not exist for it, and it fills a
+/// short answer up with zeros, so that half the range of such a camera cannot be told from a real one.
 const FaultCase kFaults[] = {
-    {"get-info", Way::uvcvideo, kHealthy},  {"get-info", Way::libusb, kHealthy},
-    {"get-min", Way::uvcvideo, kHealthy},   {"get-min", Way::libusb, kHealthy},
-    {"get-max", Way::uvcvideo, kHealthy},   {"get-max", Way::libusb, kHealthy},
-    {"get-res", Way::uvcvideo, kHealthy},   {"get-res", Way::libusb, kHealthy},
-    {"get-def", Way::uvcvideo, kHealthy},   {"get-def", Way::libusb, kHealthy},
-    {"get-cur", Way::uvcvideo, kHealthy},   {"get-cur", Way::libusb, kHealthy},
-    {"set-cur", Way::uvcvideo, kHealthy},   {"set-cur", Way::libusb, kHealthy},
-    {"slow", Way::uvcvideo, kHealthy},      {"slow", Way::libusb, kHealthy},
-    {"short", Way::uvcvideo, kHealthy},     {"short", Way::libusb, kHealthy},
-    {"outside", Way::uvcvideo, kHealthy},   {"outside", Way::libusb, kHealthy},
-    {"res-0", Way::uvcvideo, kHealthy},     {"res-0", Way::libusb, kHealthy},
-    {"ids", Way::uvcvideo, kHealthy},       {"ids", Way::libusb, kHealthy},
-    {"interface", Way::uvcvideo, kHealthy}, {"interface", Way::libusb, kHealthy},
-    {"no-header", Way::uvcvideo, kHealthy}, {"no-header", Way::libusb, kHealthy},
+    // Each control has the flags that the driver believes it has.
+    {"get-info", Way::uvcvideo, kHealthy},
+    {"get-info", Way::libusb, kNoControls},
+    {"get-min", Way::uvcvideo, kNoControls},
+    {"get-min", Way::libusb, kNoRange},
+    {"get-max", Way::uvcvideo, kNoControls},
+    {"get-max", Way::libusb, kNoRange},
+    {"get-res", Way::uvcvideo, kNoControls},
+    {"get-res", Way::libusb, kNoStep},
+    {"get-def", Way::uvcvideo, kNoControls},
+    {"get-def", Way::libusb, kNoDefault},
+    // The driver knows pan and tilt as halves of one setting, and reads that before it writes; the zoom is
+    // whole.
+    {"get-cur",
+     Way::uvcvideo,
+     {false, true, kUnreadablePosition, kUnreadablePosition, kPanTiltRange, kZoomRange}},
+    {"get-cur",
+     Way::libusb,
+     {true, true, kUnreadablePosition, kUnreadablePosition, kPanTiltRange, kZoomRange}},
+    {"set-cur", Way::uvcvideo, kSetRefused},
+    {"set-cur", Way::libusb, kSetRefused},
+    {"slow", Way::uvcvideo, kHealthy},
+    {"slow", Way::libusb, kHealthy},
+    {"short", Way::uvcvideo, {true, true, "36000,0", "232", "-612000,12000,3600,0,0,0,0,0", "0,232,1,0"}},
+    {"short", Way::libusb, {true, true, kUnreadablePosition, kUnreadablePosition, ",,,,,,,", ",,,"}},
+    {"outside", Way::uvcvideo, kAlwaysOutside},
+    {"outside", Way::libusb, kAlwaysOutside},
+    {"res-0", Way::uvcvideo, kStepZero},
+    {"res-0", Way::libusb, kStepZero},
+    // Requests name terminal 1 and unit 2; the driver puts the camera's own numbers in their place.
+    {"ids", Way::uvcvideo, kHealthy},
+    {"ids", Way::libusb, kNoControls},
+    {"interface", Way::uvcvideo, kHealthy},
+    {"interface", Way::libusb, kHealthy},
+    {"no-header", Way::uvcvideo, kNoCamera},
+    {"no-header", Way::libusb, kNoCamera},
 };
 
 class Fault : public ::testing::TestWithParam<FaultCase> {};
@@ -87,8 +124,11 @@ TEST_P(Fault, EndsInAnAnswerWithinItsTime) {
     camera.show(GetParam().fault);
 
     EXPECT_EQ(answers, GetParam().expected);
-    for (const LoggedTransfer &move : camera.transfers("SET_CUR", kPanTilt))
-        EXPECT_EQ(move.data, "a08c0000b0b9ffff");
+    // What a call answered about a move must be true of the camera, and no call may try twice.
+    const auto moves = camera.transfers("SET_CUR", kPanTilt);
+    const auto done = std::ranges::count(moves, "ok", &LoggedTransfer::outcome);
+    EXPECT_EQ(done, answers.setPanTilt ? 1 : 0);
+    EXPECT_LE(moves.size(), 1u);
 }
 
 }  // namespace

@@ -95,6 +95,10 @@ void VirtualCamera::plugIn(const std::string &name) {
 
 void VirtualCamera::pullOut() {
     pullOutWithoutWaiting();
+    waitUntilGone();
+}
+
+void VirtualCamera::waitUntilGone() {
     requireSoon("an empty bus", [] { return camerasOnBus().empty(); });
     settle();
 }

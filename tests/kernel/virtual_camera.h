@@ -30,9 +30,10 @@ class VirtualCamera {
 
     /// Attaches camera `name` of the server and waits until the kernel has finished with it.
     void plugIn(const std::string &name = "1-1");
-    /// All cables come out at once; waits until the kernel has noticed unless told not to.
+    /// All cables come out at once; waits until everybody has noticed unless told not to.
     void pullOut();
     void pullOutWithoutWaiting() const { server_.signal(SIGUSR1); }
+    static void waitUntilGone();
     /// The process is gone without a word, as a camera whose power supply dies.
     void die() const { server_.signal(SIGKILL); }
 
