@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "simulator/camera_options.h"
+#include "usb/usb.h"
 
 /// The controls that the simulated camera has: one table, from which the bmControls bitmaps, the answers to
 /// the range requests and the check of a new setting all come, so that they cannot disagree.
@@ -23,17 +24,7 @@ inline constexpr std::uint8_t kOutputTerminal = 3;
 inline constexpr std::uint8_t kZoomAbsoluteSelector = 0x0B;
 inline constexpr std::uint8_t kPanTiltAbsoluteSelector = 0x0D;
 
-/// Class-specific request codes (USB Video Class 1.1, appendix A.8).
-namespace request {
-inline constexpr std::uint8_t kSetCur = 0x01;
-inline constexpr std::uint8_t kGetCur = 0x81;
-inline constexpr std::uint8_t kGetMin = 0x82;
-inline constexpr std::uint8_t kGetMax = 0x83;
-inline constexpr std::uint8_t kGetRes = 0x84;
-inline constexpr std::uint8_t kGetLen = 0x85;
-inline constexpr std::uint8_t kGetInfo = 0x86;
-inline constexpr std::uint8_t kGetDef = 0x87;
-}  // namespace request
+namespace request = usb::request;
 
 /// One number inside a control's value, little-endian on the wire; signed where its minimum is below zero.
 struct ControlField {

@@ -13,7 +13,6 @@
 
 namespace {
 
-
 /// The last supported camera of the list; null when there is none.
 std::shared_ptr<UVCController> chooseCamera() {
     const auto controllers = UVCController::uvcControllers();

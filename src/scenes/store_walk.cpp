@@ -64,8 +64,8 @@ class Walk {
  private:
     void centre(const std::string &name) {
         visitor_.foundCentre(name);
-        // Two folders may spell one name in two ways (an accent composed or not): of a room that both have, the one
-        // in the folder that the centre is called after is taken, where its next save goes.
+        // Two folders may spell one name in two ways (an accent composed or not): of a room that both have,
+        // the one in the folder that the centre is called after is taken, where its next save goes.
         const std::string &calledAfter = rooms_.try_emplace(name).first->first;
         const std::string folder = centrePath(name);
         const auto entries = entriesOf(documents_ + "/" + folder);

@@ -36,17 +36,17 @@ std::string valueText(const Axis &axis, const std::optional<FieldValues> &values
 
 std::string requestName(std::uint8_t code) {
     switch (code) {
-        case 0x81:
+        case usb::request::kGetCur:
             return "GET_CUR (valor actual)";
-        case 0x82:
+        case usb::request::kGetMin:
             return "GET_MIN (mínimo)";
-        case 0x83:
+        case usb::request::kGetMax:
             return "GET_MAX (máximo)";
-        case 0x84:
+        case usb::request::kGetRes:
             return "GET_RES (paso)";
-        case 0x86:
+        case usb::request::kGetInfo:
             return "GET_INFO (qué admite)";
-        case 0x87:
+        case usb::request::kGetDef:
             return "GET_DEF (valor predeterminado)";
         default: {
             char name[16];
@@ -58,7 +58,7 @@ std::string requestName(std::uint8_t code) {
 
 Line failureLine(const FailedRequest &failure) {
     // Without these two the control cannot be used at all; the others only describe its range.
-    const bool isNeeded = failure.code == 0x81 || failure.code == 0x86;
+    const bool isNeeded = failure.code == usb::request::kGetCur || failure.code == usb::request::kGetInfo;
     const std::string name = requestName(failure.code);
     switch (failure.outcome) {
         case usb::Outcome::timedOut:

@@ -22,6 +22,21 @@ struct SetupPacket {
     friend bool operator==(const SetupPacket &, const SetupPacket &) = default;
 };
 
+/// bmRequestType and bRequest of the class requests to an interface (USB Video Class 1.1, section 4.1 and
+/// appendix A.8).
+namespace request {
+inline constexpr std::uint8_t kSetRequestType = 0x21;
+inline constexpr std::uint8_t kGetRequestType = 0xA1;
+inline constexpr std::uint8_t kSetCur = 0x01;
+inline constexpr std::uint8_t kGetCur = 0x81;
+inline constexpr std::uint8_t kGetMin = 0x82;
+inline constexpr std::uint8_t kGetMax = 0x83;
+inline constexpr std::uint8_t kGetRes = 0x84;
+inline constexpr std::uint8_t kGetLen = 0x85;
+inline constexpr std::uint8_t kGetInfo = 0x86;
+inline constexpr std::uint8_t kGetDef = 0x87;
+}  // namespace request
+
 /// How an operation on a device ended.
 enum class Outcome {
     done,          ///< the device did all of it

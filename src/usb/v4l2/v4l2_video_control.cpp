@@ -16,17 +16,7 @@ using v4l2::Coding;
 using v4l2::outcomeOfRequest;
 using v4l2::Row;
 
-// bmRequestType and bRequest of the class requests to an interface (USB Video Class 1.1, section 4.1,
-// appendix A.8).
-constexpr std::uint8_t kSetRequestType = 0x21;
-constexpr std::uint8_t kGetRequestType = 0xA1;
-constexpr std::uint8_t kSetCur = 0x01;
-constexpr std::uint8_t kGetCur = 0x81;
-constexpr std::uint8_t kGetMin = 0x82;
-constexpr std::uint8_t kGetMax = 0x83;
-constexpr std::uint8_t kGetRes = 0x84;
-constexpr std::uint8_t kGetInfo = 0x86;
-constexpr std::uint8_t kGetDef = 0x87;
+using namespace usb::request;
 
 constexpr std::uint8_t kAutoWhiteBalanceComponent = 0x0D;
 /// Bit of auto-white-balance-temp in the processing unit's bmControls (USB Video Class 1.1, section 3.7.2.5).
