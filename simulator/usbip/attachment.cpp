@@ -47,6 +47,9 @@ std::optional<std::size_t> Attachment::consume(std::span<const std::uint8_t> inp
     }
 
     const auto &wanted = std::get<Submit>(*command);
+    // The packet of a control transfer cannot announce more; waiting for it would only fill our memory.
+    constexpr std::uint32_t kMostControlBytes = 0xFFFF;
+    if (wanted.endpoint == 0 && wanted.length > kMostControlBytes) return std::nullopt;
     const std::size_t dataBytes = wanted.toHost ? 0 : wanted.length;
     if (input.size() - kCommandBytes < dataBytes) return 0;
     if (!submit(wanted, input.subspan(kCommandBytes, dataBytes), now)) return std::nullopt;

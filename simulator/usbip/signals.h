@@ -18,8 +18,9 @@ class Signals {
         sigset_t set;
         sigemptyset(&set);
         for (const int number : numbers) sigaddset(&set, number);
-        sigprocmask(SIG_BLOCK, &set, nullptr);
         descriptor_ = FileDescriptor(::signalfd(-1, &set, SFD_NONBLOCK | SFD_CLOEXEC));
+        // Only once they can be read: a signal that is blocked and unread could not end the program.
+        if (descriptor_.isOpen()) sigprocmask(SIG_BLOCK, &set, nullptr);
     }
 
     /// Readable while a signal waits.

@@ -25,6 +25,9 @@ class TransferLog {
     /// "1-1 attach", or the bare event where `busId` is empty.
     void event(std::string_view busId, std::string_view text);
 
+    /// Whether every line so far could be written.
+    [[nodiscard]] bool isWhole() const { return out_->good(); }
+
  private:
     std::ostream *out_;
 };

@@ -23,14 +23,15 @@ std::uint8_t interfaceOf(const usb::SetupPacket &setup) {
 
 /// Requests after which an endpoint starts from scratch. A host ends a bulk stream by one of them: it has no
 /// empty setting of the interface to choose (uvcvideo clears the halt of the endpoint).
-bool resetsVideoEndpoint(const usb::SetupPacket &setup) {
+bool resetsVideoEndpoint(const usb::SetupPacket &setup, std::uint8_t streamingInterface) {
     constexpr std::uint8_t kClearFeature = 0x01;
     constexpr std::uint8_t kSetConfiguration = 0x09;
     constexpr std::uint8_t kSetInterface = 0x0B;
     if (kindOf(setup) != kStandardRequest) return false;
     if (recipientOf(setup) == kToEndpoint)
         return setup.request == kClearFeature && setup.index == kVideoEndpoint;
-    return setup.request == kSetConfiguration || setup.request == kSetInterface;
+    return setup.request == kSetConfiguration ||
+           (setup.request == kSetInterface && setup.index == streamingInterface);
 }
 
 bool isCommit(const usb::SetupPacket &setup, std::uint8_t interface) {
@@ -127,8 +128,9 @@ std::optional<Bytes> VirtualCamera::answerVideoStreaming(const usb::SetupPacket 
 }
 
 void VirtualCamera::followStream(const usb::SetupPacket &setup, TimePoint now) {
-    if (resetsVideoEndpoint(setup)) stopStream();
-    if (!isCommit(setup, videoStreamingInterface(model_->options())) || isAnswered(setup)) return;
+    const std::uint8_t streaming = videoStreamingInterface(model_->options());
+    if (resetsVideoEndpoint(setup, streaming)) stopStream();
+    if (!isCommit(setup, streaming) || isAnswered(setup)) return;
     stopStream();
     video_.start(now);
     log_->event(busId_, "stream-start");
