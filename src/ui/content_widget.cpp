@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QFontInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -113,7 +114,7 @@ void ContentWidget::changeEvent(QEvent *event) {
 
 void ContentWidget::fitFont() {
     if (!rightColumn_) return;
-    double size = QApplication::font().pointSizeF();
+    double size = QFontInfo(QApplication::font()).pointSizeF();  // also where it is set in pixels
     setFontSize(size);
     while (!contentsFit() && size > kSmallestFont) setFontSize(size -= 0.5);
 }
