@@ -101,7 +101,7 @@ PanTiltText cutPanTilt(std::string_view text, std::size_t panPrefix) {
 }  // namespace
 
 std::optional<std::string> getPanTiltPosition() {
-    const auto text = readValue(UVCTerminalControlPanTiltAbsolute);
+    auto text = readValue(UVCTerminalControlPanTiltAbsolute);
     if (!text || *text == kUnreadablePosition) return text;
 
     const PanTiltText position = cutPanTilt(*text, std::string_view("{pan=").size());

@@ -16,7 +16,7 @@ using platform::valueFor;
 namespace {
 
 std::string askName(const char *question) {
-    const std::string name = askStringDialog(question, "", "");
+    std::string name = askStringDialog(question, "", "");
     std::puts(name.c_str());
     return name;
 }
