@@ -200,6 +200,10 @@ TYPED_TEST_P(RegistryContract, TellsAStallAsRefusedAndGoesOn) {
     this->zoom = {0xE9, 0x03};  // 1001: one above the limit
     EXPECT_EQ(control->controlRequest(kSetZoom, this->zoom), usb::Outcome::refused);
     this->zoom = {0xE8, 0x03};
+    this->camera->refuse({1, 0x0B, 0x01});
+    EXPECT_EQ(control->controlRequest(kSetZoom, this->zoom), usb::Outcome::refused);
+    this->camera->refuse({1, 0x0B, 0x01}, false);
+    this->zoom = {0xE8, 0x03};
     EXPECT_EQ(control->controlRequest(kSetZoom, this->zoom), usb::Outcome::done);
     EXPECT_EQ(this->camera->target().zoom, 1000);
 }

@@ -293,7 +293,9 @@ int Uvcvideo::transfer(std::uint8_t code, const ControlKey &key, Bytes &bytes) {
                                  word(key.first, camera_->videoControlInterface()),
                                  static_cast<std::uint16_t>(bytes.size())};
     if (camera_->controlRequest(setup, bytes)) return 0;
-    return camera_->isUnplugged() ? ENODEV : EPIPE;
+    if (camera_->isUnplugged()) return ENODEV;
+    // What the driver makes of the error codes "invalid request" and "wrong state".
+    return code == request::kSetCur ? EILSEQ : EIO;
 }
 
 }  // namespace fake

@@ -170,7 +170,14 @@ TEST(V4l2Translation, TellsSettingsOutsideTheLimits) {
     const Row &exposure = rowOf(V4L2_CID_EXPOSURE_ABSOLUTE);
     EXPECT_TRUE(isWithin(exposure, -2, 1, -1)) << "unsigned: 0xFFFFFFFE of 1 to 0xFFFFFFFF";
     EXPECT_FALSE(isWithin(exposure, -2, 1, 10000));
-    EXPECT_TRUE(isWithin(rowOf(V4L2_CID_PAN_SPEED), -20, -1, 24));
+
+    // The kernel would send +1 for these.
+    const Row &zoom = rowOf(V4L2_CID_ZOOM_CONTINUOUS);
+    for (const std::int32_t speed : {-5, 0}) EXPECT_FALSE(isWithin(zoom, speed, 1, 7)) << speed;
+    EXPECT_TRUE(isWithin(zoom, 1, 1, 7));
+    EXPECT_FALSE(isWithin(zoom, 0, 5, 3)) << "limits the wrong way round are clamped to nevertheless";
+    EXPECT_FALSE(isWithin(rowOf(V4L2_CID_PAN_SPEED), -20, -1, 24));
+    EXPECT_TRUE(isWithin(rowOf(V4L2_CID_PAN_SPEED), 0, -1, 24));
 }
 
 TEST(V4l2Translation, MakesTheInfoByteOfTheFlags) {
@@ -195,7 +202,11 @@ TEST(V4l2Outcome, TellsTheFailuresApart) {
         {ENODEV, Outcome::disconnected, Outcome::disconnected},
         {EBUSY, Outcome::timedOut, Outcome::busy},
         {ETIMEDOUT, Outcome::timedOut, Outcome::failed},
-        {EIO, Outcome::failed, Outcome::failed},
+        {EIO, Outcome::refused, Outcome::failed},
+        {EILSEQ, Outcome::refused, Outcome::failed},
+        {EREMOTE, Outcome::refused, Outcome::failed},
+        {EPROTO, Outcome::failed, Outcome::failed},
+        {EOVERFLOW, Outcome::failed, Outcome::failed},
         {ENOENT, Outcome::failed, Outcome::failed},
     };
     for (const auto &[error, request, open] : rows) {

@@ -99,7 +99,7 @@ bool putLimit(const Row &row, std::int64_t number, std::span<std::uint8_t> data)
 }
 
 bool isWithin(const Row &row, std::int32_t number, std::int64_t minimum, std::int64_t maximum) {
-    if (isSpeed(row)) return true;
+    if (isSpeed(row)) return number >= minimum && number <= maximum;
     if (row.isSigned || row.width < 4) return minimum > maximum || (number >= minimum && number <= maximum);
 
     // V4L2's numbers of 32 bits are signed, and carry an unsigned one of ours bit by bit.

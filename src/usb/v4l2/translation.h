@@ -23,8 +23,9 @@ namespace usb::v4l2 {
 [[nodiscard]] bool putLimit(const Row &row, std::int64_t number, std::span<std::uint8_t> data);
 
 /// Whether the number lies within limits that V4L2 gave for the row. Limits that contradict one another
-/// forbid nothing, and speeds pass always: the kernel takes a camera's lowest speed, negated, for the lower
-/// limit, so that most speeds in the negative direction would lie outside.
+/// forbid nothing, except of a speed: the kernel clamps to them all the same, and a "stop" bent to fit would
+/// start the motor. It takes a camera's lowest speed for the lower limit (negated for pan and tilt, as it is
+/// for zoom), so that fast negative speeds, and zoom's "stop", may lie outside.
 [[nodiscard]] bool isWithin(const Row &row, std::int32_t number, std::int64_t minimum, std::int64_t maximum);
 
 /// The bit of the UVC exposure mode that V4L2 numbers `mode`; 0 where there is none.

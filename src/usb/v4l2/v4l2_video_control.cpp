@@ -18,9 +18,11 @@ using v4l2::Row;
 
 using namespace usb::request;
 
+constexpr std::uint8_t kAutoWhiteBalanceTemp = 0x0B;
 constexpr std::uint8_t kAutoWhiteBalanceComponent = 0x0D;
-/// Bit of auto-white-balance-temp in the processing unit's bmControls (USB Video Class 1.1, section 3.7.2.5).
+/// Their bits in the processing unit's bmControls (USB Video Class 1.1, section 3.7.2.5).
 constexpr unsigned kAutoWhiteBalanceTempBit = 12;
+constexpr unsigned kAutoWhiteBalanceComponentBit = 13;
 
 std::uint8_t highByte(std::uint16_t value) {
     return static_cast<std::uint8_t>(value >> 8);
@@ -46,6 +48,16 @@ bool processingUnitHas(std::span<const std::uint8_t> descriptors, unsigned bit) 
         descriptors = descriptors.subspan(length);
     }
     return false;
+}
+
+/// Whether V4L2's one name for the two ways of automatic white balance means, on this camera, the other one
+/// than `selector`: it means auto-white-balance-temp on a camera with both.
+bool meansOtherWhiteBalance(std::span<const std::uint8_t> descriptors, std::uint8_t selector) {
+    if (selector == kAutoWhiteBalanceComponent)
+        return processingUnitHas(descriptors, kAutoWhiteBalanceTempBit);
+    if (selector != kAutoWhiteBalanceTemp) return false;
+    return !processingUnitHas(descriptors, kAutoWhiteBalanceTempBit) &&
+           processingUnitHas(descriptors, kAutoWhiteBalanceComponentBit);
 }
 
 /// The controls of V4L2 that `rows` stand for, as one call takes them.
@@ -126,11 +138,7 @@ V4l2VideoControl::Rows V4l2VideoControl::rowsFor(const SetupPacket &setup) const
 
     const std::uint8_t unit = highByte(setup.index);
     const std::uint8_t selector = highByte(setup.value);
-    // V4L2 has one name for the two ways of automatic white balance, and on a camera with both it means the
-    // other one.
-    if (unit == v4l2::kProcessingUnit && selector == kAutoWhiteBalanceComponent &&
-        processingUnitHas(classDescriptors_, kAutoWhiteBalanceTempBit))
-        return {};
+    if (unit == v4l2::kProcessingUnit && meansOtherWhiteBalance(classDescriptors_, selector)) return {};
 
     const Rows rows = v4l2::rowsOf(unit, selector);
     if (rows.empty()) return {};
