@@ -41,16 +41,18 @@ inline constexpr std::uint8_t kGetDef = 0x87;
 enum class Outcome {
     done,          ///< the device did all of it
     refused,       ///< the device answered no (a stall, or a value it will not take)
-    timedOut,      ///< no answer within kRequestTimeout
+    timedOut,      ///< no answer in time (see kRequestTimeout), or "not ready" all that time
     disconnected,  ///< the device is gone
     denied,        ///< this user may not open the device
     busy,          ///< another driver or program holds the interface
     failed,        ///< anything else, a short answer included
 };
 
-/// Longest time, in milliseconds, that one control request may take before it ends as Outcome::timedOut.
-/// Long enough for a slow motor controller, short enough that a dead camera does not freeze the window. Where
-/// the kernel's camera driver carries the requests, the waiting is the driver's: 5 s for each transfer.
+/// Longest time, in milliseconds, that one control transfer of ours may take before it ends as
+/// Outcome::timedOut. Long enough for a slow motor controller, short enough that a dead camera does not
+/// freeze the window. Where the kernel's camera driver carries the requests, the waiting is the driver's: 5 s
+/// for each transfer, of which a request may need several; a camera that says "not ready" is asked again
+/// until this time is over.
 inline constexpr unsigned kRequestTimeout = 2000;
 
 /// The VideoControl interface of one device: the first interface of class 14, subclass 1, any protocol, any
@@ -73,10 +75,11 @@ class VideoControl {
     /// at once.
     [[nodiscard]] virtual Outcome close() = 0;
 
-    /// Performs one control transfer on pipe 0 and waits for it, at most kRequestTimeout. The interface must
-    /// be open, or nothing is sent (Outcome::failed). `data` is in wire order and its size is `setup.length`;
-    /// it is sent (bit 7 of requestType clear) or filled (set). On anything but Outcome::done the contents of
-    /// `data` are unspecified.
+    /// Performs one control transfer on pipe 0, or has the kernel's camera driver perform what comes to the
+    /// same, and waits for it: at most kRequestTimeout where the transfer is ours, as long as the driver's
+    /// own transfers last where it is not. The interface must be open, or nothing is sent (Outcome::failed).
+    /// `data` is in wire order and its size is `setup.length`; it is sent (bit 7 of requestType clear) or
+    /// filled (set). On anything but Outcome::done the contents of `data` are unspecified.
     [[nodiscard]] virtual Outcome controlRequest(const SetupPacket &setup, std::span<std::uint8_t> data) = 0;
 };
 
