@@ -1,15 +1,21 @@
 #include "usb/linux/linux_registry.h"
 
+#include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
+#include <fstream>
 
 #include "usb/contract.h"
 #include "usb/fake_usbfs.h"
 #include "usb/linux/interface_report.h"
+#include "usb/linux/linux_video_control.h"
+#include "usb/linux/program_scan.h"
 #include "usb/without_rights.h"
 
 namespace {
@@ -119,7 +125,12 @@ class LinuxRegistryTest : public testing::Test {
         return request(control, kSetZoom, data);
     }
 
+    [[nodiscard]] std::optional<usb::InterfaceReport> inspect(std::uint32_t locationId) const {
+        return usb::inspectInterface(registry, locationId);
+    }
+
     NoDriverRig rig;
+    const usb::LinuxRegistry registry;
     Camera camera = std::make_shared<CameraModel>();
     static constexpr std::uint32_t kLocation = 0x01200000;
     const Ports kPorts{2};
@@ -243,6 +254,31 @@ TEST_F(LinuxRegistryTest, RefusesWithoutATransferWhatV4l2CannotSay) {
     EXPECT_TRUE(camera->transfers().empty());
 }
 
+TEST_F(LinuxRegistryTest, TakesV4l2sWhiteBalanceForTheOneThatTheCameraHas) {
+    rig.plug(camera, 1, kPorts);
+    rig.usbfs.bindDriver(camera);
+    const auto listed = registry.listing().libusbDevices();
+    ASSERT_TRUE(listed.has_value());
+    const auto device = std::ranges::find(*listed, kLocation, &usb::LibusbDevice::locationId);
+    ASSERT_NE(device, listed->end());
+    const auto interface = usb::sysfsInterfaceOf(**device, camera->videoControlInterface());
+    ASSERT_TRUE(interface.has_value());
+
+    struct Row {
+        std::uint8_t bits;  // of bmControls, second byte
+        Outcome temperature, component;
+    };
+    for (const Row &row : {Row{0x10, Outcome::done, Outcome::refused},
+                           {0x20, Outcome::refused, Outcome::done},
+                           {0x30, Outcome::done, Outcome::refused}}) {
+        const Bytes processingUnit{11, 0x24, 0x05, 2, 1, 0, 0, 2, 0, row.bits, 0};
+        usb::V4l2VideoControl control(*interface, camera->videoControlInterface(), processingUnit);
+        Bytes data{0};
+        EXPECT_EQ(request(control, getRequest(0x81, 2, 0x0B, 1), data), row.temperature) << int{row.bits};
+        EXPECT_EQ(request(control, getRequest(0x81, 2, 0x0D, 1), data), row.component) << int{row.bits};
+    }
+}
+
 TEST_F(LinuxRegistryTest, RenumbersTheExposureModeAndTellsTheModesThatTheCameraHas) {
     rig.plug(camera, 1, kPorts);
     rig.usbfs.bindDriver(camera);
@@ -292,7 +328,7 @@ TEST_F(LinuxRegistryTest, SaysOnceWhichFileMayNotBeOpened) {
 
 TEST_F(LinuxRegistryTest, ReportsWhoHoldsTheInterfaceAndWhetherThisUserMayOpenIt) {
     rig.plug(camera, 1, kPorts);
-    const auto report = [] { return usb::inspectInterface(kLocation).value_or(usb::InterfaceReport()); };
+    const auto report = [&] { return inspect(kLocation).value_or(usb::InterfaceReport()); };
     EXPECT_EQ(report().driver, std::nullopt);
     EXPECT_THAT(report().path, testing::StartsWith("/dev/bus/usb/001/"));
     EXPECT_EQ(report().access, Outcome::done);
@@ -304,10 +340,43 @@ TEST_F(LinuxRegistryTest, ReportsWhoHoldsTheInterfaceAndWhetherThisUserMayOpenIt
     EXPECT_EQ(report().access, Outcome::done);
     rig.withoutRights(camera, [&] { EXPECT_EQ(report().access, Outcome::denied); });
 
-    EXPECT_EQ(usb::inspectInterface(0x01300000), std::nullopt);
+    EXPECT_EQ(inspect(0x01300000), std::nullopt);
     rig.plugKeyboard(1, {3});
-    EXPECT_EQ(usb::inspectInterface(0x01300000), std::nullopt);
+    EXPECT_EQ(inspect(0x01300000), std::nullopt);
+
+    // Port numbers above 15 lose a bit, so that devices of several ports share an id.
+    rig.plugKeyboard(2, {16});
+    rig.plug(std::make_shared<CameraModel>(), 2, {32});
+    EXPECT_NE(inspect(0x02000000), std::nullopt);
     EXPECT_TRUE(camera->transfers().empty());
+}
+
+TEST(ProgramScan, TellsAProgramThatHasTheFileInItsMemory) {
+    // The fake bus's nodes cannot be mapped, so this is a plain file.
+    const std::string file = testing::TempDir() + "pictures" + std::to_string(::getpid());
+    std::ofstream(file) << "x";
+    std::array<int, 2> ready{};
+    ASSERT_EQ(::pipe(ready.data()), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const int opened = ::open(file.c_str(), O_RDONLY);
+        const bool isMapped = ::mmap(nullptr, 1, PROT_READ, MAP_SHARED, opened, 0) != MAP_FAILED;
+        if (::write(ready[1], isMapped ? "y" : "n", 1) == 1) ::pause();
+        ::_exit(1);
+    }
+    ASSERT_GT(child, 0);
+    char isMapped = '?';
+    EXPECT_EQ(::read(ready[0], &isMapped, 1), 1);
+    EXPECT_EQ(isMapped, 'y');
+
+    const usb::ProgramScan scan = usb::findProgramsHolding(file);
+    ::kill(child, SIGKILL);
+    EXPECT_EQ(::waitpid(child, nullptr, 0), child);
+    for (const int end : ready) ::close(end);
+    std::filesystem::remove(file);
+    ASSERT_EQ(scan.programs.size(), 1u);
+    EXPECT_EQ(scan.programs.front().processId, child);
+    EXPECT_TRUE(scan.programs.front().streams);
 }
 
 TEST_F(LinuxRegistryTest, ReportsTheProgramThatHasTheNodeOpen) {
@@ -332,16 +401,16 @@ TEST_F(LinuxRegistryTest, ReportsTheProgramThatHasTheNodeOpen) {
     std::array<char, 3> word{};
     EXPECT_EQ(::read(ready[0], word.data(), word.size()), 3);
 
-    const auto report = usb::inspectInterface(kLocation);
+    const auto report = inspect(kLocation);
     ASSERT_TRUE(report.has_value());
     ASSERT_EQ(report->programs.size(), 1u);
     EXPECT_EQ(report->programs.front().processId, child);
     EXPECT_EQ(report->programs.front().name, "sh");
+    EXPECT_FALSE(report->programs.front().streams);
 
     for (const int end : {ends[0], ends[1], ready[0], ready[1]}) ::close(end);
     EXPECT_EQ(::waitpid(child, nullptr, 0), child);
-    EXPECT_THAT(usb::inspectInterface(kLocation).value_or(usb::InterfaceReport()).programs,
-                testing::IsEmpty());
+    EXPECT_THAT(inspect(kLocation).value_or(usb::InterfaceReport()).programs, testing::IsEmpty());
 }
 
 }  // namespace

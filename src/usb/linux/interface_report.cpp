@@ -1,8 +1,9 @@
 #include "usb/linux/interface_report.h"
 
+#include <memory>
 #include <utility>
 
-#include "usb/libusb/libusb_registry.h"
+#include "usb/linux/linux_registry.h"
 #include "usb/linux/linux_video_control.h"
 #include "usb/linux/program_scan.h"
 #include "usb/v4l2/video_node.h"
@@ -11,24 +12,29 @@ namespace usb {
 
 namespace {
 
-std::shared_ptr<const LibusbDevice> deviceAt(const LibusbRegistry &registry, std::uint32_t locationId) {
+/// The driver that sysfs names where a program has claimed the interface.
+constexpr char kClaimedByProgram[] = "usbfs";
+
+std::shared_ptr<const LibusbDevice> cameraAt(const LibusbRegistry &registry, std::uint32_t locationId) {
     const auto devices = registry.libusbDevices();
     if (!devices) return nullptr;
     for (const auto &device : *devices)
-        if (device->locationId() == locationId) return device;
+        if (device->locationId() == locationId && device->videoControl()) return device;
     return nullptr;
 }
 
 /// What LinuxVideoControl::open() would come to, without a claim.
 void tryFile(InterfaceReport &report, const v4l2::SysfsInterface &interface, const std::string &usbFile) {
-    const auto nodes = interface.videoNodes();
-    if (report.driver && !nodes.empty()) {
+    if (chooseWay(interface) == Way::v4l2) {
+        const auto nodes = interface.videoNodes();
         const v4l2::NodeSearch search = v4l2::openCaptureNode(nodes);
-        report.path = search.path.empty() ? nodes.front() : search.path;
+        report.path = search.path;
+        if (report.path.empty() && !nodes.empty()) report.path = nodes.front();
         report.access = search.outcome;
         return;
     }
-    if (report.driver == kKernelDriver) {
+    // Nobody opens a file of the camera then: the driver itself would make a claim busy.
+    if (report.driver && report.driver != kClaimedByProgram) {
         report.access = Outcome::busy;
         return;
     }
@@ -39,9 +45,8 @@ void tryFile(InterfaceReport &report, const v4l2::SysfsInterface &interface, con
 
 }  // namespace
 
-std::optional<InterfaceReport> inspectInterface(std::uint32_t locationId) {
-    const LibusbRegistry registry;
-    const auto device = deviceAt(registry, locationId);
+std::optional<InterfaceReport> inspectInterface(const LinuxRegistry &registry, std::uint32_t locationId) {
+    const auto device = cameraAt(registry.listing(), locationId);
     if (!device) return std::nullopt;
     const auto control = device->videoControl();
     if (!control) return std::nullopt;

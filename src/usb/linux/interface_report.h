@@ -9,10 +9,16 @@
 
 namespace usb {
 
-/// A program that has the camera's file open. That need not mean that it streams at this moment.
+class LinuxRegistry;
+
+/// A program that has the camera's file open.
 struct ProgramHolding {
     int processId = 0;
     std::string name;  ///< as the kernel keeps it: at most 15 bytes, UTF-8 or not
+
+    /// Whether it has picture buffers of the camera in its memory, as most programs do while they stream.
+    /// One that takes its pictures in another way streams unseen.
+    bool streams = false;
 };
 
 /// What stands between this user and one device's VideoControl interface.
@@ -23,7 +29,7 @@ struct InterfaceReport {
     /// program has claimed it; nothing when nobody holds it.
     std::optional<std::string> driver;
 
-    /// The file that opening the interface now would open: /dev/videoN where the kernel's driver holds it,
+    /// The file that opening the interface now would open: /dev/videoN where a kernel driver offers one,
     /// /dev/bus/usb/BBB/DDD elsewhere. Empty where the driver offers no video node.
     std::string path;
 
@@ -34,13 +40,15 @@ struct InterfaceReport {
 
     /// Who has `path` open, by process id ascending, this process left out.
     std::vector<ProgramHolding> programs;
-    /// False when processes of other users may not be looked into, so that `programs` may lack some.
+    /// False when processes of other users may not be looked into or not even seen, so that `programs` may
+    /// lack some.
     bool sawEveryProgram = true;
 };
 
-/// Looks at the device at `locationId` (see usb::locationId()): opens the file and closes it again, but sends
-/// the camera no request and moves nothing. Nothing when no device is there, or when the one there has no
-/// VideoControl interface.
-[[nodiscard]] std::optional<InterfaceReport> inspectInterface(std::uint32_t locationId);
+/// Looks at the first device of the registry at `locationId` (see usb::locationId(), which may give a hub and
+/// a camera the same) that has a VideoControl interface: opens the file and closes it again, but sends the
+/// camera no request and moves nothing. Nothing when there is no such device.
+[[nodiscard]] std::optional<InterfaceReport> inspectInterface(const LinuxRegistry &registry,
+                                                              std::uint32_t locationId);
 
 }  // namespace usb

@@ -16,6 +16,9 @@ class LinuxRegistry : public DeviceRegistry {
     /// As LibusbRegistry::devices().
     [[nodiscard]] std::optional<std::vector<std::shared_ptr<const Device>>> devices() const override;
 
+    /// The same devices as libusb lists them.
+    [[nodiscard]] const LibusbRegistry &listing() const { return listing_; }
+
  private:
     LibusbRegistry listing_;
 };

@@ -27,11 +27,13 @@ LinuxVideoControl::LinuxVideoControl(std::unique_ptr<VideoControl> libusb, v4l2:
 
 Outcome LinuxVideoControl::open() {
     if (opened_ != nullptr) return Outcome::done;
-    if (interface_.driver() == kKernelDriver) return openThroughV4l2();
+    if (chooseWay(interface_) == Way::libusb) return openThroughLibusb();
 
-    // A driver of another name serves as well if it offers a video node.
-    const Outcome claimed = openThroughLibusb();
-    return claimed == Outcome::busy ? openThroughV4l2() : claimed;
+    const Outcome outcome = openThroughV4l2();
+    if (outcome == Outcome::done) return outcome;
+    // The driver may have left in between, and its node with it.
+    const bool driverHasLeft = interface_.isPresent() && !interface_.driver();
+    return driverHasLeft ? openThroughLibusb() : outcome;
 }
 
 Outcome LinuxVideoControl::close() {
@@ -62,6 +64,10 @@ Outcome LinuxVideoControl::openThroughLibusb() {
     if (outcome == Outcome::done) opened_ = libusb_.get();
     if (outcome == Outcome::denied) sayUsbFileDenied(usbFile_);
     return outcome;
+}
+
+Way chooseWay(const v4l2::SysfsInterface &interface) {
+    return interface.driver() && !interface.videoNodes().empty() ? Way::v4l2 : Way::libusb;
 }
 
 std::unique_ptr<VideoControl> findLinuxVideoControl(const LibusbDevice &device) {

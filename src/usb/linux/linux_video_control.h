@@ -49,8 +49,14 @@ class LinuxVideoControl : public VideoControl {
     VideoControl *opened_ = nullptr;  // libusb_ or v4l2_
 };
 
-/// The name of the kernel's driver for cameras of this class.
-inline constexpr char kKernelDriver[] = "uvcvideo";
+/// How requests travel to a VideoControl interface.
+enum class Way {
+    v4l2,    ///< a kernel driver, whatever its name, holds the interface and offers video nodes for it
+    libusb,  ///< nobody holds it; or somebody does without a video node, and the claim ends as Outcome::busy
+};
+
+/// The way that opening the interface now would take.
+[[nodiscard]] Way chooseWay(const v4l2::SysfsInterface &interface);
 
 /// The VideoControl interface of the device's active configuration; null when there is none.
 [[nodiscard]] std::unique_ptr<VideoControl> findLinuxVideoControl(const LibusbDevice &device);
