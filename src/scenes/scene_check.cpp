@@ -26,15 +26,14 @@ class Checker : public StoreVisitor {
             check_.files[shown->second].isHidden = true;
             shown->second = check_.files.size();
         }
-        const SceneFile file = readSceneFile(absolute(path));
-        check_.files.push_back(
-            {centre, room, absolute(path), file.outcome, file.systemError, file.presets.size(), false});
+        add(centre, room, path);
     }
 
     void foundDuplicate(const std::string &centre, const std::string &room,
                         const std::string &path) override {
-        // Loading does not open it either, so what is in it cannot do harm.
-        check_.files.push_back({centre, room, absolute(path), SceneFile::Outcome::Read, 0, 0, true});
+        CheckedFile &file = add(centre, room, path);
+        file.isHidden = true;
+        file.isLoaded = false;
     }
 
     void cannotList(const std::string &folder) override { check_.unlisted.push_back(absolute(folder)); }
@@ -42,6 +41,16 @@ class Checker : public StoreVisitor {
 
  private:
     [[nodiscard]] std::string absolute(const std::string &path) const { return documents_ + "/" + path; }
+
+    CheckedFile &add(const std::string &centre, const std::string &room, const std::string &path) {
+        const SceneFile file = readSceneFile(absolute(path));
+        return check_.files.emplace_back(CheckedFile{.centre = centre,
+                                                     .room = room,
+                                                     .path = absolute(path),
+                                                     .outcome = file.outcome,
+                                                     .systemError = file.systemError,
+                                                     .scenes = file.presets.size()});
+    }
 
     const std::string &documents_;
     StoreCheck &check_;

@@ -42,15 +42,28 @@ Line unreadable(const CheckedFile &file, const std::string &reason) {
             repairUtf8(file.path) + " — El programa muestra esta aula sin escenas."};
 }
 
+/// What is in a file that another one hides.
+std::string hiddenContent(const CheckedFile &file) {
+    switch (file.outcome) {
+        case Outcome::Fatal:
+            return "Está dañado o es de otro programa: no lo ponga en lugar del otro, porque cerraría el "
+                   "programa al arrancar.";
+        case Outcome::Read:
+            return "Contiene " + counted(file.scenes, "escena", "escenas") + ".";
+        default:
+            return "No se puede leer.";
+    }
+}
+
 Line fileLine(const CheckedFile &file) {
     const std::string room = repairUtf8(file.room);
-    // Before all else: this one matters even where its scenes would not be shown.
-    if (file.outcome == Outcome::Fatal)
+    // Before all else: one that is loaded matters even where its scenes would not be shown.
+    if (file.outcome == Outcome::Fatal && file.isLoaded)
         return {State::Fault, room + ": fichero dañado o de otro programa; cierra el programa al arrancar",
                 "Mueva este fichero a otra carpeta: " + repairUtf8(file.path)};
     if (file.isHidden)
         return {State::Warning, room + ": otro fichero lleva el nombre de la misma aula, y este no se usa",
-                repairUtf8(file.path)};
+                repairUtf8(file.path) + " — " + hiddenContent(file)};
     switch (file.outcome) {
         case Outcome::Inaccessible:
             return unreadable(file, inaccessibleReason(file.systemError));
@@ -112,7 +125,7 @@ Section storeFindings(const scenes::StoreCheck &store) {
     }
     if (!store.hasStore) {
         section.lines.push_back({State::Information, "Todavía no hay escenas guardadas",
-                                 "El programa hará la carpeta al arrancar: " + repairUtf8(store.store)});
+                                 "El programa creará la carpeta al arrancar: " + repairUtf8(store.store)});
         return section;
     }
     section.lines.push_back(summary(store));
