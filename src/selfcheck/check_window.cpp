@@ -113,7 +113,12 @@ void CheckWindow::copyAsText() {
 }
 
 void CheckWindow::setVerdict(const Line &line) {
-    delete verdict_;
+    if (verdict_ != nullptr) {
+        verdictPlace_->removeWidget(verdict_);
+        verdict_->hide();
+        verdict_->setObjectName({});  // it lives until the event loop comes round
+        verdict_->deleteLater();
+    }
     verdict_ = makeLineWidget(line, 1, this);
     verdict_->setObjectName(QStringLiteral("verdict"));
     verdictPlace_->addWidget(verdict_);

@@ -1,7 +1,6 @@
 // The page as a technician uses it.
 #include "selfcheck/check_window.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
 #include <QLabel>
@@ -32,6 +31,8 @@ class CheckWindowTest : public SelfcheckBench {
     void click(const char *name) { QTest::mouseClick(button(name), Qt::LeftButton); }
     QString verdict() { return window_->findChild<QWidget *>(QStringLiteral("verdict"))->accessibleName(); }
 
+    QList<QWidget *> findings() { return window_->findChildren<QWidget *>(QStringLiteral("finding")); }
+
     std::unique_ptr<CheckWindow> window_;
 };
 
@@ -58,7 +59,8 @@ TEST_F(CheckWindowTest, CopiesThePageWithDateAndVersion) {
         QStringLiteral("^Fecha: \\d\\d/\\d\\d/\\d{4} \\d\\d:\\d\\d:\\d\\d\\nVersión: 7\\.5$"),
         QRegularExpression::MultilineOption)))
         << copied.toStdString();
-    for (const QWidget *finding : window_->findChildren<QWidget *>(QStringLiteral("finding"))) {
+    ASSERT_FALSE(findings().isEmpty());
+    for (const QWidget *finding : findings()) {
         const QString text = finding->accessibleName().section(QStringLiteral(": "), 1);
         EXPECT_TRUE(copied.contains(text)) << text.toStdString();
     }
@@ -98,13 +100,18 @@ TEST_F(CheckWindowTest, SaysEverythingInSpanishAndByName) {
     const QRegularExpression english(
         QStringLiteral("\\b(the|not|file|error|denied|permission|cannot|camera|check|unknown)\\b"),
         QRegularExpression::CaseInsensitiveOption);
-    for (const QLabel *label : window_->findChildren<QLabel *>()) {
+    const auto labels = window_->findChildren<QLabel *>();
+    ASSERT_FALSE(labels.isEmpty());
+    for (const QLabel *label : labels) {
         EXPECT_FALSE(label->text().contains(english)) << label->text().toStdString();
         EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
     }
-    for (const QAbstractButton *each : window_->findChildren<QAbstractButton *>())
-        EXPECT_FALSE(each->text().isEmpty());
-    for (const QWidget *finding : window_->findChildren<QWidget *>(QStringLiteral("finding")))
+    for (const char *name : {"checkAgain", "copyText", "closeWindow"}) {
+        ASSERT_NE(button(name), nullptr) << name;
+        EXPECT_FALSE(button(name)->text().isEmpty()) << name;
+    }
+    ASSERT_FALSE(findings().isEmpty());
+    for (const QWidget *finding : findings())
         EXPECT_TRUE(finding->accessibleName().contains(
             QRegularExpression(QStringLiteral("^(Bien|Aviso|Fallo|Dato): .+"))))
             << finding->accessibleName().toStdString();
