@@ -106,10 +106,13 @@ void Examination::asking(ControlFacts &facts, const std::function<void()> &ask) 
     ask();
     for (std::size_t i = before; i < log.requests.size(); ++i) {
         const WatchedRequest &request = log.requests[i];
-        facts_.slowest = std::max(facts_.slowest, request.duration);
+        // What the kernel's driver is asked first it answers by several transfers, and then by none.
+        if (request.code == usb::request::kGetCur)
+            facts_.slowest = std::max(facts_.slowest, request.duration);
         if (request.outcome != usb::Outcome::done) facts.failures.push_back({request.code, request.outcome});
     }
     facts_.givenUp = log.givenUp;
+    facts_.isTooSlow = log.isTooSlow;
 }
 
 void Examination::readRange(ControlFacts &facts, std::size_t row) {

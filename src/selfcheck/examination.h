@@ -27,8 +27,10 @@ class Examination {
     Examination(const Examination &) = delete;
     Examination &operator=(const Examination &) = delete;
 
-    /// Does a piece of the work. It blocks for two requests to the camera at most. False when there is no
-    /// piece left.
+    /// Does a piece of the work. False when there is no piece left. It blocks for one request to the camera,
+    /// or for two (minimum and maximum) where the first took no longer than usb::kRequestTimeout: after one
+    /// that did, nothing more is asked. Through the kernel's driver one request may be several transfers, of
+    /// up to 5 s each.
     bool step();
 
     /// What has been found so far.

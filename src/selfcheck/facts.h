@@ -52,11 +52,18 @@ struct Facts {
     std::optional<std::size_t> moved;
     std::optional<usb::InterfaceReport> access;  ///< absent where the system cannot tell
     std::optional<usb::Outcome> givenUp;         ///< why it was not asked any further
-    std::chrono::milliseconds slowest{0};        ///< its slowest answer
+    /// Given up (as timed out) because a request took longer than usb::kRequestTimeout, however it ended.
+    bool isTooSlow = false;
+    std::chrono::milliseconds slowest{0};  ///< its slowest answer to GET_CUR
     ControlFacts panTilt;
     ControlFacts zoom;
 
     scenes::StoreCheck store;
 };
+
+/// Whether the camera's requests travel through the kernel's driver.
+[[nodiscard]] inline bool usesKernelDriver(const Facts &facts) {
+    return facts.access && facts.access->driver == "uvcvideo";
+}
 
 }  // namespace selfcheck

@@ -16,8 +16,9 @@ bool isOutOfReach(Outcome outcome) {
 
 class WatchedVideoControl : public usb::VideoControl {
  public:
-    WatchedVideoControl(std::unique_ptr<usb::VideoControl> interface, std::shared_ptr<RequestLog> log)
-        : interface_(std::move(interface)), log_(std::move(log)) {}
+    WatchedVideoControl(std::unique_ptr<usb::VideoControl> interface, std::chrono::milliseconds patience,
+                        std::shared_ptr<RequestLog> log)
+        : interface_(std::move(interface)), patience_(patience), log_(std::move(log)) {}
 
     [[nodiscard]] std::uint8_t interfaceNumber() const override { return interface_->interfaceNumber(); }
     [[nodiscard]] std::span<const std::uint8_t> classDescriptors() const override {
@@ -39,16 +40,23 @@ class WatchedVideoControl : public usb::VideoControl {
         if ((setup.requestType & kDeviceToHost) == 0) return Outcome::failed;
         if (log_->givenUp) return *log_->givenUp;
 
+        const auto start = Clock::now();
         const Outcome outcome = interface_->controlRequest(setup, data);
+        const auto end = Clock::now();
         log_->requests.push_back(
-            {setup.request, outcome,
-             std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - opening_)});
-        if (isOutOfReach(outcome)) log_->givenUp = outcome;
+            {setup.request, outcome, std::chrono::duration_cast<std::chrono::milliseconds>(end - opening_)});
+        if (isOutOfReach(outcome)) {
+            log_->givenUp = outcome;
+        } else if (end - start > patience_) {
+            log_->givenUp = Outcome::timedOut;
+            log_->isTooSlow = true;
+        }
         return outcome;
     }
 
  private:
     std::unique_ptr<usb::VideoControl> interface_;
+    std::chrono::milliseconds patience_;
     std::shared_ptr<RequestLog> log_;
     Clock::time_point opening_ = Clock::now();
 };
@@ -58,7 +66,7 @@ class WatchedVideoControl : public usb::VideoControl {
 std::unique_ptr<usb::VideoControl> WatchedDevice::videoControl() const {
     auto interface = device_->videoControl();
     if (!interface) return nullptr;
-    return std::make_unique<WatchedVideoControl>(std::move(interface), log_);
+    return std::make_unique<WatchedVideoControl>(std::move(interface), patience_, log_);
 }
 
 }  // namespace selfcheck

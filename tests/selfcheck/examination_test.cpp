@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <chrono>
 #include <initializer_list>
+#include <thread>
 
 #include "scenes/scene_file.h"
 #include "selfcheck/watched_device.h"
@@ -80,8 +81,9 @@ struct SilentDevice : usb::Device {
         std::span<const std::uint8_t> classDescriptors() const override { return device_.descriptors; }
         usb::Outcome open() override { return device_.openOutcome; }
         usb::Outcome close() override { return usb::Outcome::done; }
-        usb::Outcome controlRequest(const usb::SetupPacket &, std::span<std::uint8_t> data) override {
+        usb::Outcome controlRequest(const usb::SetupPacket &setup, std::span<std::uint8_t> data) override {
             ++device_.asked;
+            if (device_.delayed == setup.request) std::this_thread::sleep_for(device_.delay);
             std::ranges::fill(data, std::uint8_t{1});
             return device_.asked <= device_.answers ? usb::Outcome::done : device_.afterwards;
         }
@@ -100,6 +102,8 @@ struct SilentDevice : usb::Device {
     int answers = 0;
     usb::Outcome afterwards = usb::Outcome::timedOut;
     int asked = 0;
+    std::uint8_t delayed = 0x82;  // the request that the delay is for
+    std::chrono::milliseconds delay{0};
 };
 
 struct OneDevice : usb::DeviceRegistry {
@@ -122,6 +126,42 @@ TEST_F(ExaminationTest, ADeadCameraIsNotAskedAgain) {
             EXPECT_EQ(check.facts().givenUp, outcome);
             EXPECT_TRUE(check.facts().store.hasDocuments) << "the store is looked at all the same";
         }
+    }
+}
+
+TEST_F(ExaminationTest, ACameraThatAnswersTooLateIsNotAskedAgain) {
+    const auto slow = std::make_shared<SilentDevice>();
+    slow->answers = 100;
+    const auto ask = [](usb::VideoControl &interface) {
+        std::vector<std::uint8_t> zoom(2);
+        return interface.controlRequest({kGet, 0x82, 0x0B00, 0x0100, 2}, zoom);
+    };
+    const selfcheck::WatchedDevice patient(slow, std::chrono::minutes(1));
+    const selfcheck::WatchedDevice watched(slow, std::chrono::milliseconds(20));
+    for (const auto *device : {&patient, &watched}) {
+        slow->asked = 0;
+        slow->delay = std::chrono::milliseconds(25);
+        const auto interface = device->videoControl();
+        ASSERT_EQ(interface->open(), usb::Outcome::done);
+        EXPECT_EQ(ask(*interface), usb::Outcome::done) << "late as it is, it is an answer";
+        slow->delay = {};
+        const bool isPatient = device == &patient;
+        EXPECT_EQ(ask(*interface), isPatient ? usb::Outcome::done : usb::Outcome::timedOut);
+        EXPECT_EQ(slow->asked, isPatient ? 2 : 1);
+        EXPECT_EQ(device->log().isTooSlow, !isPatient);
+    }
+}
+
+TEST_F(ExaminationTest, SlownessIsThatOfReadingAPosition) {
+    for (const std::uint8_t code : std::initializer_list<std::uint8_t>{0x86, 0x81}) {
+        const auto registry = std::make_shared<OneDevice>();
+        registry->device->answers = 100;
+        registry->device->delay = std::chrono::milliseconds(200);
+        registry->device->delayed = code;
+        selfcheck::Examination check(registry, [](std::uint32_t) { return std::nullopt; });
+        while (check.step()) {
+        }
+        EXPECT_EQ(check.facts().slowest >= std::chrono::milliseconds(200), code == 0x81);
     }
 }
 
