@@ -3,15 +3,20 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "ptz/supported_camera.h"
 #include "scenes/utf8.h"
 #include "selfcheck/findings.h"
 
 namespace selfcheck {
 namespace {
 
-std::string idsOf(const CameraFacts &camera) {
+/// What sysfs calls the driver of an interface that a program has claimed.
+constexpr char kProgramsDriver[] = "usbfs";
+
+/// "2574:09c0".
+std::string idsText(std::uint16_t vendorId, std::uint16_t productId) {
     char ids[16];
-    std::snprintf(ids, sizeof ids, "%04x:%04x", unsigned{camera.vendorId}, unsigned{camera.productId});
+    std::snprintf(ids, sizeof ids, "%04x:%04x", unsigned{vendorId}, unsigned{productId});
     return ids;
 }
 
@@ -32,7 +37,8 @@ std::string nameOf(const CameraFacts &camera) {
 }
 
 Line cameraLine(const CameraFacts &camera, bool isMoved) {
-    const std::string detail = "Identificación " + idsOf(camera) + ", " + placeOf(camera) + ".";
+    const std::string detail =
+        "Identificación " + idsText(camera.vendorId, camera.productId) + ", " + placeOf(camera) + ".";
     if (isMoved) return {State::Good, "Cámara del aula conectada: " + nameOf(camera), detail};
     if (!camera.isSupported)
         return {State::Information, "Otra cámara, que este programa no mueve: " + nameOf(camera), detail};
@@ -42,18 +48,35 @@ Line cameraLine(const CameraFacts &camera, bool isMoved) {
             detail + " Desenchúfela de la corriente, espere diez segundos y vuelva a enchufarla."};
 }
 
-Line driverLine(const usb::InterfaceReport &access) {
+bool isVideoNode(const std::string &path) {
+    return path.starts_with("/dev/video");
+}
+
+/// A driver of another kind, which offers nothing that a program could use.
+bool isHeldByStranger(const Facts &facts) {
+    const usb::InterfaceReport &access = *facts.access;
+    return access.driver && access.driver != kProgramsDriver && !usesKernelDriver(facts) &&
+           !isVideoNode(access.path);
+}
+
+Line driverLine(const Facts &facts) {
+    const usb::InterfaceReport &access = *facts.access;
     if (!access.driver)
         return {
             State::Good, "Ningún controlador del sistema tiene la cámara; se usa directamente por USB", {}};
-    if (*access.driver == "uvcvideo")
-        return {State::Good,
-                "El controlador de vídeo del sistema (uvcvideo) tiene la cámara, como es normal",
-                {}};
-    if (*access.driver == "usbfs")
+    if (usesKernelDriver(facts))
+        return {
+            State::Good,
+            "El controlador de vídeo del sistema (" + *access.driver + ") gestiona la cámara, como es normal",
+            {}};
+    if (access.driver == kProgramsDriver)
         return {State::Fault, "Otro programa se ha quedado con el control de la cámara (usbfs)",
                 "Ciérrelo, o desenchufe la cámara y vuelva a enchufarla."};
-    return {State::Warning, "Un controlador desconocido tiene la cámara: " + *access.driver, {}};
+    if (isHeldByStranger(facts))
+        return {State::Fault, "Un controlador que no es de vídeo tiene la cámara: " + *access.driver,
+                "Con él no se puede mover. No es un programa que se pueda cerrar: quien administra el equipo "
+                "tiene que quitar ese controlador y volver a enchufar la cámara."};
+    return {State::Warning, "Un controlador desconocido gestiona la cámara: " + *access.driver, {}};
 }
 
 Line permissionLine(const usb::InterfaceReport &access) {
@@ -66,10 +89,9 @@ Line permissionLine(const usb::InterfaceReport &access) {
         case usb::Outcome::denied:
             return {
                 State::Fault, "Este usuario no tiene permiso para abrir " + access.path,
-                access.path.starts_with("/dev/video")
+                isVideoNode(access.path)
                     ? "Inicie la sesión sentado ante este equipo, no a distancia, o añada el usuario al "
-                      "grupo "
-                      "«video» y vuelva a iniciar la sesión."
+                      "grupo «video» y vuelva a iniciar la sesión."
                     : "Falta la regla de permisos (udev) de la cámara: reinstale el programa, desenchufe la "
                       "cámara y vuelva a enchufarla."};
         case usb::Outcome::busy:
@@ -81,7 +103,8 @@ Line permissionLine(const usb::InterfaceReport &access) {
     }
 }
 
-Line programsLine(const usb::InterfaceReport &access) {
+Line programsLine(const Facts &facts) {
+    const usb::InterfaceReport &access = *facts.access;
     std::string detail = access.sawEveryProgram
                              ? ""
                              : "No se pueden ver los programas de otros usuarios; puede haber alguno más.";
@@ -92,9 +115,24 @@ Line programsLine(const usb::InterfaceReport &access) {
         names += (names.empty() ? "" : ", ") + scenes::repairUtf8(program.name) + " (proceso " +
                  std::to_string(program.processId) + ")";
     // One that reaches the camera by USB, past the kernel's driver, does stand in the way.
-    if (access.driver == "uvcvideo")
-        detail += (detail.empty() ? "" : " ") + std::string("No impiden moverla.");
+    if (usesKernelDriver(facts)) detail += (detail.empty() ? "" : " ") + std::string("No impiden moverla.");
     return {State::Information, "Programas que tienen abierta la cámara: " + names, detail};
+}
+
+void addPace(Section &section, const Facts &facts) {
+    const std::string remedy = "Conéctela directamente al equipo, sin concentradores ni alargadores USB.";
+    constexpr std::chrono::milliseconds kSlow{500};
+    if (facts.isTooSlow)
+        section.lines.push_back({State::Warning,
+                                 "La cámara tarda demasiado en contestar: más de " +
+                                     std::to_string(usb::kRequestTimeout) + " milisegundos",
+                                 "No se le ha preguntado nada más. " + remedy});
+    else if (!facts.givenUp && facts.slowest >= kSlow)
+        section.lines.push_back({State::Warning,
+                                 "La cámara contesta despacio: hasta " +
+                                     std::to_string(facts.slowest.count()) +
+                                     " milisegundos para leer una posición",
+                                 remedy});
 }
 
 bool isToldByRequest(const ControlFacts &control, usb::Outcome outcome) {
@@ -135,8 +173,8 @@ Section busFindings(const Facts &facts) {
     if (supported == 0)
         section.lines.push_back(
             {State::Fault, "No está conectada la cámara del aula",
-             "Se busca la identificación 2574:09c0. Compruebe el cable USB en los dos extremos "
-             "y que la cámara tenga corriente."});
+             "Se busca la identificación " + idsText(ptz::kVendorId, ptz::kProductId) +
+                 ". Compruebe el cable USB en los dos extremos y que la cámara tenga corriente."});
     if (supported > 1)
         section.lines.push_back({State::Warning,
                                  "Hay " + std::to_string(supported) +
@@ -152,17 +190,14 @@ Section accessFindings(const Facts &facts) {
     if (!facts.access) {
         section.lines.push_back({State::Information, "El sistema no dice cómo se llega a la cámara", {}});
     } else {
-        section.lines.push_back(driverLine(*facts.access));
-        section.lines.push_back(permissionLine(*facts.access));
-        section.lines.push_back(programsLine(*facts.access));
+        section.lines.push_back(driverLine(facts));
+        // That the file is taken is the driver's doing then, and already told.
+        if (!isHeldByStranger(facts) || facts.access->access != usb::Outcome::busy)
+            section.lines.push_back(permissionLine(*facts.access));
+        section.lines.push_back(programsLine(facts));
     }
-    if (facts.givenUp) addReasonToStop(section, facts);
-    constexpr std::chrono::milliseconds kSlow{500};
-    if (!facts.givenUp && facts.slowest >= kSlow)
-        section.lines.push_back({State::Warning,
-                                 "La cámara contesta despacio: hasta " +
-                                     std::to_string(facts.slowest.count()) + " milisegundos por petición",
-                                 "Conéctela directamente al equipo, sin concentradores ni alargadores USB."});
+    if (facts.givenUp && !facts.isTooSlow) addReasonToStop(section, facts);
+    addPace(section, facts);
     return section;
 }
 

@@ -1,5 +1,6 @@
 // What the camera says of its pan, tilt and zoom, and what is ill about it.
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -57,15 +58,15 @@ std::string requestName(std::uint8_t code) {
 }
 
 Line failureLine(const FailedRequest &failure) {
-    // Without these two the control cannot be used at all; the others only describe its range.
+    // Without these two the control cannot be used at all. The others only describe its range, unless the
+    // kernel's driver asks for them (see lacksLimitsForKernel()).
     const bool isNeeded = failure.code == usb::request::kGetCur || failure.code == usb::request::kGetInfo;
     const std::string name = requestName(failure.code);
     switch (failure.outcome) {
         case usb::Outcome::timedOut:
             return {State::Fault, "La cámara no ha contestado a tiempo a " + name,
                     "No se le ha preguntado nada más. Desenchúfela de la corriente, espere diez segundos y "
-                    "vuelva a "
-                    "enchufarla."};
+                    "vuelva a enchufarla."};
         case usb::Outcome::disconnected:
             return {State::Fault, "La cámara se ha desconectado al preguntarle " + name,
                     "Compruebe el cable USB."};
@@ -76,6 +77,39 @@ Line failureLine(const FailedRequest &failure) {
             return {isNeeded ? State::Fault : State::Warning, "Ha fallado la petición " + name,
                     "La respuesta está incompleta o el sistema no la deja pasar."};
     }
+}
+
+bool hasFailed(const ControlFacts &facts, std::uint8_t code) {
+    return std::ranges::any_of(facts.failures, [code](const FailedRequest &failure) {
+        return failure.code == code && failure.outcome != usb::Outcome::timedOut &&
+               failure.outcome != usb::Outcome::disconnected;
+    });
+}
+
+constexpr std::array kLimitRequests{usb::request::kGetInfo, usb::request::kGetMin, usb::request::kGetMax,
+                                    usb::request::kGetRes, usb::request::kGetDef};
+
+/// The kernel's driver reads all limits of a control together and has no control where one of them is
+/// refused: each of these requests fails then, whichever the camera refused. The maximum is not asked for
+/// when the minimum has failed.
+bool lacksLimitsForKernel(const Facts &facts, const ControlFacts &control) {
+    return usesKernelDriver(facts) && std::ranges::all_of(kLimitRequests, [&control](std::uint8_t code) {
+               return code == usb::request::kGetMax || hasFailed(control, code);
+           });
+}
+
+void addFailures(Section &section, const Facts &facts, const ControlFacts &control) {
+    const bool lacksLimits = lacksLimitsForKernel(facts, control);
+    if (lacksLimits)
+        section.lines.push_back(
+            {State::Fault,
+             "La cámara rechaza alguna de las lecturas de sus límites; con el controlador del sistema el "
+             "control no se puede usar",
+             "Desenchúfela de la corriente, espere diez segundos y vuelva a enchufarla; si sigue igual, "
+             "necesita una actualización o servicio técnico."});
+    for (const FailedRequest &failure : control.failures)
+        if (!lacksLimits || std::ranges::count(kLimitRequests, failure.code) == 0)
+            section.lines.push_back(failureLine(failure));
 }
 
 bool isOutside(std::int64_t value, std::int64_t minimum, std::int64_t maximum) {
@@ -152,7 +186,7 @@ Section controlFindings(std::string title, const Facts &facts, const ControlFact
             addAxis(section, axes[field], control, field);
     if (!control.maySet)
         section.lines.push_back({State::Fault, "La cámara dice que este control no se puede cambiar", {}});
-    for (const FailedRequest &failure : control.failures) section.lines.push_back(failureLine(failure));
+    addFailures(section, facts, control);
     return section;
 }
 

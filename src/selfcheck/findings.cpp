@@ -46,27 +46,50 @@ bool holds(const Section &section, State state) {
     return std::ranges::any_of(section.lines, [state](const Line &line) { return line.state == state; });
 }
 
-Line verdict(const Facts &facts, const Section &panTilt, const Section &zoom, const Section &store) {
+struct Parts {
+    Section bus;
+    Section access;
+    Section panTilt;
+    Section zoom;
+    Section store;
+};
+
+/// A camera that can be moved, and a store that can be loaded: whether there is something to look at.
+Line verdictOfMovable(const Facts &facts, const Parts &parts) {
+    const std::string moves = "La cámara responde: se puede mover";
+    const std::string below = "Está señalado más abajo.";
+    if (holds(parts.panTilt, State::Warning) || holds(parts.zoom, State::Warning))
+        return {State::Warning, moves + ", pero algo de lo que contesta no es normal.", below};
+    if (std::ranges::count_if(facts.cameras, &CameraFacts::isSupported) > 1)
+        return {State::Warning, moves + ", pero hay conectada otra cámara del mismo modelo.",
+                "Más abajo se dice cuál de ellas se mueve."};
+    if (parts.bus.state() >= State::Warning || parts.access.state() >= State::Warning)
+        return {State::Warning, moves + ", pero hay algo que mirar en cómo se llega a ella.", below};
+    if (holds(parts.store, State::Warning))
+        return {State::Warning, moves + ". Hay ficheros de escenas con problemas.", below};
+    return {State::Good, moves + ", y las escenas guardadas se pueden leer.", {}};
+}
+
+Line verdict(const Facts &facts, const Parts &parts) {
     if (!facts.moved) return verdictWithoutCamera(facts);
-    if (facts.givenUp) return verdictGivenUp(*facts.givenUp);
-    if (!facts.panTilt.isOffered && !facts.zoom.isOffered)
+    if (facts.givenUp && !facts.isTooSlow) return verdictGivenUp(*facts.givenUp);
+    if (!facts.isTooSlow && !facts.panTilt.isOffered && !facts.zoom.isOffered)
         return fault("La cámara está conectada, pero no ofrece ni giro ni zoom.");
-    if (holds(panTilt, State::Fault) || holds(zoom, State::Fault))
+    if (holds(parts.panTilt, State::Fault) || holds(parts.zoom, State::Fault))
         return fault("La cámara responde, pero no a todo lo que hace falta para moverla.",
                      "Los fallos están señalados más abajo.");
-    if (holds(store, State::Fault))
+    if (facts.isTooSlow)
+        return {
+            State::Warning,
+            "La cámara contesta, pero demasiado despacio: no se le ha preguntado todo, así que no se sabe "
+            "si se puede mover.",
+            "Conéctela directamente al equipo y compruebe de nuevo."};
+    if (holds(parts.store, State::Fault))
         return fault(
             "La cámara responde: se puede mover. Pero el programa no puede arrancar con las escenas "
             "guardadas.",
             "Más abajo se dice qué fichero hay que apartar.");
-    if (holds(panTilt, State::Warning) || holds(zoom, State::Warning))
-        return {State::Warning,
-                "La cámara responde: se puede mover, pero algo de lo que contesta no es normal.",
-                {}};
-    if (holds(store, State::Warning))
-        return {
-            State::Warning, "La cámara responde: se puede mover. Hay ficheros de escenas con problemas.", {}};
-    return {State::Good, "La cámara responde: se puede mover, y las escenas guardadas se pueden leer.", {}};
+    return verdictOfMovable(facts, parts);
 }
 
 }  // namespace
@@ -91,19 +114,18 @@ std::string stateWord(State state) {
 }
 
 Report findings(const Facts &facts) {
-    Section panTilt = panTiltFindings(facts);
-    Section zoom = zoomFindings(facts);
-    Section store = storeFindings(facts.store);
+    Parts parts{busFindings(facts), accessFindings(facts), panTiltFindings(facts), zoomFindings(facts),
+                storeFindings(facts.store)};
 
     Report report;
-    report.verdict = verdict(facts, panTilt, zoom, store);
-    report.sections.push_back(busFindings(facts));
+    report.verdict = verdict(facts, parts);
+    report.sections.push_back(std::move(parts.bus));
     if (facts.moved) {
-        report.sections.push_back(accessFindings(facts));
-        report.sections.push_back(std::move(panTilt));
-        report.sections.push_back(std::move(zoom));
+        report.sections.push_back(std::move(parts.access));
+        report.sections.push_back(std::move(parts.panTilt));
+        report.sections.push_back(std::move(parts.zoom));
     }
-    report.sections.push_back(std::move(store));
+    report.sections.push_back(std::move(parts.store));
     return report;
 }
 

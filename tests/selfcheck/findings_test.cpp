@@ -89,7 +89,9 @@ TEST_F(FindingsTest, OfTwoCamerasTheOneThatMovesIsNamed) {
     second.productName = "Detrás";
     plug(first, 1, {1});
     plug(second, 1, {2});
-    EXPECT_THAT(text(), AllOf(HasSubstr("[Aviso] Hay 2 cámaras del mismo modelo"),
+    EXPECT_EQ(report().verdict.state, State::Warning);
+    EXPECT_THAT(text(), AllOf(HasSubstr("pero hay conectada otra cámara del mismo modelo."),
+                              HasSubstr("[Aviso] Hay 2 cámaras del mismo modelo"),
                               HasSubstr("Cámara del mismo modelo, que no se mueve: «Delante»"),
                               HasSubstr("Cámara del aula conectada: «Detrás»")));
 }
@@ -116,12 +118,17 @@ TEST_F(FindingsTest, DriversAndProgramsAreNamed) {
     plug();
     access_->programs = {{4711, "reunion"}, {4712, "grabador\xff"}};
     access_->sawEveryProgram = false;
-    EXPECT_THAT(text(), AllOf(HasSubstr("(uvcvideo) tiene la cámara"), HasSubstr("reunion (proceso 4711)"),
+    EXPECT_THAT(text(), AllOf(HasSubstr("(uvcvideo) gestiona la cámara"), HasSubstr("reunion (proceso 4711)"),
                               HasSubstr("grabador\uFFFD (proceso 4712)"), HasSubstr("otros usuarios")));
     access_->driver = "usbfs";
     access_->access = usb::Outcome::busy;
     EXPECT_THAT(text(), AllOf(HasSubstr("[Fallo] Otro programa se ha quedado con el control"),
                               Not(HasSubstr("No impiden"))));
+    access_->driver = "usbhid";
+    access_->path = "/dev/bus/usb/001/004";
+    EXPECT_THAT(text(), AllOf(HasSubstr("[Fallo] Un controlador que no es de vídeo tiene la cámara: usbhid"),
+                              Not(HasSubstr("Ciérrelo"))));
+    EXPECT_NE(report().verdict.state, State::Good);
 }
 
 TEST_F(FindingsTest, EveryRefusedRequestIsNamedAndOnlyTheNeededOnesAreFaults) {
@@ -145,6 +152,26 @@ TEST_F(FindingsTest, EveryRefusedRequestIsNamedAndOnlyTheNeededOnesAreFaults) {
     }
 }
 
+TEST_F(FindingsTest, LimitsThatTheKernelCannotReadAreOneFault) {
+    const auto sound = healthy();
+    auto facts = sound;
+    facts.zoom.minimum = facts.zoom.maximum = facts.zoom.step = facts.zoom.standard = std::nullopt;
+    // The maximum is not asked for when the minimum has failed.
+    for (const std::uint8_t code : std::initializer_list<std::uint8_t>{0x86, 0x82, 0x84, 0x87})
+        facts.zoom.failures.push_back({code, usb::Outcome::refused});
+    const std::string line = "[Fallo] La cámara rechaza alguna de las lecturas de sus límites";
+    EXPECT_THAT(textOf(facts), AllOf(HasSubstr(line), Not(HasSubstr("no contesta a GET_"))));
+    EXPECT_EQ(stateOf(facts), State::Fault);
+
+    facts.access->driver.reset();
+    EXPECT_THAT(textOf(facts),
+                AllOf(Not(HasSubstr(line)), HasSubstr("[Aviso] La cámara no contesta a GET_MIN"),
+                      HasSubstr("[Fallo] La cámara no contesta a GET_INFO")));
+    facts = sound;
+    facts.zoom.failures = {{0x86, usb::Outcome::refused}, {0x82, usb::Outcome::refused}};
+    EXPECT_THAT(textOf(facts), AllOf(Not(HasSubstr(line)), HasSubstr("GET_MIN"), HasSubstr("GET_INFO")));
+}
+
 TEST_F(FindingsTest, ACameraThatFallsSilentIsSaidToBeDead) {
     const auto camera = plug();
     camera->setAnswerDelay(std::chrono::hours(1));
@@ -164,6 +191,14 @@ TEST_F(FindingsTest, ASlowCameraIsAWarningWithItsTime) {
     EXPECT_THAT(textOf(facts), Not(HasSubstr("despacio")));
     facts.slowest = std::chrono::milliseconds(1200);
     EXPECT_THAT(textOf(facts), HasSubstr("[Aviso] La cámara contesta despacio: hasta 1200 milisegundos"));
+    EXPECT_EQ(stateOf(facts), State::Warning);
+
+    facts.givenUp = usb::Outcome::timedOut;
+    facts.isTooSlow = true;
+    facts.zoom = {};
+    EXPECT_THAT(textOf(facts), AllOf(HasSubstr("[Aviso] La cámara contesta, pero demasiado despacio"),
+                                     HasSubstr("[Aviso] La cámara tarda demasiado en contestar: más de 2000"),
+                                     HasSubstr("No se ha podido preguntar"), Not(HasSubstr("[Fallo]"))));
 }
 
 TEST_F(FindingsTest, IllRangesAreNamedByAxis) {
@@ -241,6 +276,8 @@ TEST_F(FindingsTest, EachUnreadableFileIsNamedWithItsReason) {
     std::filesystem::create_directory(documents_.path() / "Presets/Norte/Carpeta.presets");
     std::filesystem::create_symlink("falta", documents_.path() / "Presets/Norte/Enlace.presets");
     (void)put("Norte/Buena.copia.presets", "");
+    const auto damaged = put("Norte/Buena.rota.presets", sample("foreign"));
+    putScenes("Norte/Buena.vieja.presets", 2);
     (void)put("LEEME", "");
     testing::internal::CaptureStdout();
     const std::string told = text();
@@ -252,7 +289,10 @@ TEST_F(FindingsTest, EachUnreadableFileIsNamedWithItsReason) {
                       HasSubstr("[Aviso] Norte / Carpeta: no es un fichero"),
                       HasSubstr("[Aviso] Norte / Enlace: es un enlace que no lleva"),
                       HasSubstr("[Aviso] Norte / Buena: otro fichero lleva el nombre"),
-                      HasSubstr("[Bien] Norte / Buena: 1 escena"),
+                      HasSubstr("Buena.copia.presets — No se puede leer."),
+                      HasSubstr(damaged.string() + " — Está dañado"),
+                      HasSubstr("Buena.vieja.presets — Contiene 2 escenas."), HasSubstr("1 escena en 8 "),
+                      HasSubstr("[Bien] Norte / Buena: 1 escena"), Not(HasSubstr("[Fallo]")),
                       HasSubstr("[Aviso] No se puede ver lo que hay en una carpeta")));
 }
 
