@@ -145,13 +145,17 @@ void addRangeIllnesses(Section &section, const Axis &axis, const ControlFacts &f
 void addAxis(Section &section, const Axis &axis, const ControlFacts &facts, std::size_t field) {
     const std::string name = axis.name;
     const std::size_t own = section.lines.size();
-    section.lines.push_back({facts.current ? State::Good : State::Information,
+    // A value without limits to compare it with is no good news.
+    const bool isWhole = facts.current && facts.minimum && facts.maximum;
+    const bool hasLimits = facts.minimum || facts.maximum || facts.step || facts.standard;
+    section.lines.push_back({isWhole ? State::Good : State::Information,
                              facts.current ? name + ": ahora " + withDegrees(axis, (*facts.current)[field])
                                            : name + ": no se sabe su valor actual",
-                             "De " + valueText(axis, facts.minimum, field) + " a " +
-                                 valueText(axis, facts.maximum, field) + ", paso " +
-                                 valueText(axis, facts.step, field) + ", predeterminado " +
-                                 valueText(axis, facts.standard, field) + "."});
+                             hasLimits ? "De " + valueText(axis, facts.minimum, field) + " a " +
+                                             valueText(axis, facts.maximum, field) + ", paso " +
+                                             valueText(axis, facts.step, field) + ", predeterminado " +
+                                             valueText(axis, facts.standard, field) + "."
+                                       : "No se saben sus límites."});
     addRangeIllnesses(section, axis, facts, field);
     if (facts.step && (*facts.step)[field] <= 0)
         section.lines.push_back(

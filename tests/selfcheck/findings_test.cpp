@@ -160,7 +160,9 @@ TEST_F(FindingsTest, LimitsThatTheKernelCannotReadAreOneFault) {
     for (const std::uint8_t code : std::initializer_list<std::uint8_t>{0x86, 0x82, 0x84, 0x87})
         facts.zoom.failures.push_back({code, usb::Outcome::refused});
     const std::string line = "[Fallo] La cámara rechaza alguna de las lecturas de sus límites";
-    EXPECT_THAT(textOf(facts), AllOf(HasSubstr(line), Not(HasSubstr("no contesta a GET_"))));
+    EXPECT_THAT(textOf(facts),
+                AllOf(HasSubstr(line), HasSubstr("[Dato] Zoom: ahora 0\n        No se saben sus límites."),
+                      Not(HasSubstr("no contesta a GET_"))));
     EXPECT_EQ(stateOf(facts), State::Fault);
 
     facts.access->driver.reset();
