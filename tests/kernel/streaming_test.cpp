@@ -4,6 +4,8 @@
 #include <regex>
 
 #include "kernel/each_way.h"
+#include "usb/linux/interface_report.h"
+#include "usb/linux/linux_registry.h"
 
 namespace guest {
 namespace {
@@ -53,6 +55,15 @@ std::pair<ino_t, long> identity(const std::string &node) {
     return {status.st_ino, status.st_ctim.tv_nsec};
 }
 
+std::optional<usb::InterfaceReport> reportOnTheCamera() {
+    const usb::LinuxRegistry registry;
+    const auto devices = registry.devices();
+    if (!devices) return std::nullopt;
+    for (const auto &device : *devices)
+        if (device->videoControl()) return usb::inspectInterface(registry, device->locationId().value_or(0));
+    return std::nullopt;
+}
+
 TEST(Streaming, GoesOnUndisturbedWhileScenesAreRecalled) {
     constexpr int kFrames = 300;
     loadDriver();
@@ -64,6 +75,11 @@ TEST(Streaming, GoesOnUndisturbedWhileScenesAreRecalled) {
 
     Viewer viewer(node, kFrames);
     viewer.waitForFrames(1);
+    const auto report = reportOnTheCamera();
+    ASSERT_TRUE(report && report->programs.size() == 1);
+    EXPECT_EQ(report->programs.front().name, "v4l2-ctl");
+    EXPECT_TRUE(report->programs.front().streams);
+
     int recalls = 0;
     while (viewer.program().isRunning() && recalls < 1000) {
         ++recalls;
