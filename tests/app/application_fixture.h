@@ -4,9 +4,7 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QComboBox>
 #include <QMenuBar>
-#include <QPushButton>
 #include <QSettings>
 #include <QTest>
 #include <optional>
@@ -17,12 +15,16 @@
 #include "scenes/scene_file.h"
 #include "scenes/scene_tree.h"
 #include "support/answered_alerts.h"
+#include "support/scenes.h"
 #include "support/simulated_camera.h"
 #include "support/temporary_documents.h"
+#include "support/window_user.h"
+
+using support::scene;
 
 /// The whole application on a simulated camera, a temporary Documents folder and prepared answers: what a
 /// person would click is clicked, and then the camera is asked where it points and the disk what it holds.
-class ApplicationTest : public testing::Test {
+class ApplicationTest : public testing::Test, protected support::WindowUser {
  protected:
     /// File panels that answer at once with what was prepared; nothing prepared: cancelled.
     struct AnsweredPanels : platform::FilePanels {
@@ -60,6 +62,8 @@ class ApplicationTest : public testing::Test {
         platform::installServices(services);
     }
 
+    [[nodiscard]] QWidget *window() const override { return delegate_->mainWindow(); }
+
     void launch() {
         delegate_.emplace();
         delegate_->applicationDidFinishLaunching();
@@ -72,32 +76,6 @@ class ApplicationTest : public testing::Test {
         delegate_.reset();
         Gruposss.clear();
         launch();
-    }
-
-    template <typename Widget>
-    Widget *find(const char *name) {
-        return delegate_->mainWindow()->findChild<Widget *>(QLatin1String(name));
-    }
-
-    void click(const char *name) {
-        QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton);
-        QCoreApplication::processEvents();
-    }
-
-    void choose(const char *name, const char *entry) {
-        auto *box = find<QComboBox>(name);
-        const int index = box->findText(QString::fromUtf8(entry));
-        ASSERT_GE(index, 0) << entry;
-        while (box->currentIndex() != index)
-            QTest::keyClick(box, box->currentIndex() < index ? Qt::Key_Down : Qt::Key_Up);
-        QCoreApplication::processEvents();
-    }
-
-    QStringList entries(const char *name) {
-        QStringList texts;
-        const auto *box = find<QComboBox>(name);
-        for (int i = 0; i < box->count(); ++i) texts.append(box->itemText(i));
-        return texts;
     }
 
     /// Every command of the menu, in its order.
@@ -113,16 +91,6 @@ class ApplicationTest : public testing::Test {
         for (QAction *action : menuCommands())
             if (action->objectName() == QLatin1String(name)) return action->trigger();
         ADD_FAILURE() << "no command " << name;
-    }
-
-    static ManualPreset scene(const std::string &name, std::int64_t pan, std::int64_t tilt,
-                              std::int64_t zoom) {
-        ManualPreset preset;
-        preset.Name = name;
-        preset.Pan = pan;
-        preset.Tilt = tilt;
-        preset.Zoom = zoom;
-        return preset;
     }
 
     [[nodiscard]] bool onDisk(const std::string &path) const {

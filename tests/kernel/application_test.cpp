@@ -7,20 +7,14 @@
 #include "scenes/scene_tree.h"
 #include "scenes/store_paths.h"
 #include "support/answered_alerts.h"
+#include "support/scenes.h"
 #include "support/temporary_documents.h"
 #include "ui/content_view.h"
 
 namespace guest {
 namespace {
 
-ManualPreset scene(const char *name, std::int64_t pan, std::int64_t tilt, std::int64_t zoom) {
-    ManualPreset preset;
-    preset.Name = name;
-    preset.Pan = pan;
-    preset.Tilt = tilt;
-    preset.Zoom = zoom;
-    return preset;
-}
+using support::scene;
 
 /// Pan 20 display units are 20 * 752 / 168 * 806 = 72156 raw and go to the step 72000; tilt -4 are -14879 and
 /// go to -14400.

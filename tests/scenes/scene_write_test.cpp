@@ -1,14 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
 
 #include "scenes/scene_file.h"
 #include "store_files.h"
+#include "support/without_rights.h"
 
 namespace {
 
@@ -38,28 +37,6 @@ class FullDisk {
  private:
     void (*previousHandler_)(int);
     rlimit previous_{};
-};
-
-/// A folder that cannot be written to while this lives, the superuser's rights given up where the tests have
-/// them.
-class ReadOnlyFolder {
- public:
-    explicit ReadOnlyFolder(fs::path folder) : folder_(std::move(folder)) {
-        ::chmod(folder_.c_str(), 0555);
-        if (::geteuid() == 0) droppedRights_ = ::seteuid(65534) == 0;
-    }
-    ~ReadOnlyFolder() {
-        if (droppedRights_) (void)!::seteuid(0);
-        ::chmod(folder_.c_str(), 0755);
-    }
-    ReadOnlyFolder(const ReadOnlyFolder &) = delete;
-    ReadOnlyFolder &operator=(const ReadOnlyFolder &) = delete;
-
-    [[nodiscard]] bool holds() const { return ::access(folder_.c_str(), X_OK) == 0 && ::geteuid() != 0; }
-
- private:
-    fs::path folder_;
-    bool droppedRights_ = false;
 };
 
 class SceneWrite : public store_files::StoreTest {
@@ -102,10 +79,8 @@ TEST_F(SceneWrite, OnAFullDiskTheOldFileStaysWhole) {
 }
 
 TEST_F(SceneWrite, InAReadOnlyFolderTheOldFileStaysWhole) {
-    ::chmod(documents.root().c_str(), 0755);
     {
-        const ReadOnlyFolder folder(store());
-        if (!folder.holds()) GTEST_SKIP() << "the rights of the superuser cannot be given up here";
+        const support::WithoutRights guard({store().string()}, 0555, 0755);
         expectCantWrite("Presets/sala.presets", "ermission denied");
         expectCantWrite("Presets/otra.presets", "ermission denied");
     }

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
+#include <sstream>
 
 #include "scenes/scene_file.h"
 #include "scenes/scene_tree.h"
@@ -119,35 +121,15 @@ class StoreGuard : public StoreFolders {
 };
 
 TEST_F(StoreGuard, NothingOutsideIsRemovedMadeOrWritten) {
-    const std::string escapes[] = {"",
-                                   ".",
-                                   "/",
-                                   "..",
-                                   "../",
-                                   "Presets2",
-                                   "Presets2/s.presets",
-                                   "carta.txt",
-                                   "Presets/..",
-                                   "Presets/../carta.txt",
-                                   "Presets/../../ajeno",
-                                   "Presets/Norte/../../carta.txt",
-                                   "Presets/Falta/../../carta.txt",
-                                   "Presets/../Presets2",
-                                   "atajo",
-                                   "atajo/Norte",
-                                   "atajo/Norte/Sala.presets",
-                                   "Presets/salida/f",
-                                   "Presets/salida/nuevo",
-                                   "Presets/dentro/salida/f",
-                                   "Presets/dentro/../../carta.txt",
-                                   "Presets/salida/../../ajeno/f",
-                                   "Presets/./../nuevo/",
-                                   "Presets//..//nuevo",
-                                   "../ajeno/f",
-                                   "nuevo/../../ajeno",
-                                   std::string("Presets/Norte\0x", 15),
-                                   std::string("Presets/\0", 9),
-                                   std::string("\0", 1)};
+    std::istringstream words(
+        ". / .. ../ Presets2 Presets2/s.presets carta.txt Presets/.. Presets/../carta.txt "
+        "Presets/../../ajeno Presets/Norte/../../carta.txt Presets/Falta/../../carta.txt Presets/../Presets2 "
+        "atajo atajo/Norte atajo/Norte/Sala.presets Presets/salida/f Presets/salida/nuevo "
+        "Presets/dentro/salida/f Presets/dentro/../../carta.txt Presets/salida/../../ajeno/f "
+        "Presets/./../nuevo/ Presets//..//nuevo ../ajeno/f nuevo/../../ajeno");
+    std::vector<std::string> escapes{std::istream_iterator<std::string>(words), {}};
+    escapes.insert(escapes.end(), {"", std::string("Presets/Norte\0x", 15), std::string("Presets/\0", 9),
+                                   std::string("\0", 1)});
     for (const std::string &path : escapes) {
         EXPECT_THAT(remove(path), HasSubstr("\nUnable to create directory ")) << path;
         EXPECT_THAT(create(path), HasSubstr("\nUnable to create directory ")) << path;

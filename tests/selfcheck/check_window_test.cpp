@@ -4,18 +4,17 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QLabel>
-#include <QPushButton>
 #include <QRegularExpression>
-#include <QTest>
 
 #include "scenes/scene_file.h"
 #include "selfcheck_bench.h"
+#include "support/window_user.h"
 
 namespace {
 
 using selfcheck::CheckWindow;
 
-class CheckWindowTest : public SelfcheckBench {
+class CheckWindowTest : public SelfcheckBench, protected support::WindowUser {
  protected:
     CheckWindow &open() {
         window_ = std::make_unique<CheckWindow>([this] { return examination(); }, QStringLiteral("7.5"));
@@ -27,8 +26,7 @@ class CheckWindowTest : public SelfcheckBench {
         EXPECT_TRUE(QTest::qWaitFor([this] { return !window_->isChecking(); }));
     }
 
-    QPushButton *button(const char *name) { return window_->findChild<QPushButton *>(QLatin1String(name)); }
-    void click(const char *name) { QTest::mouseClick(button(name), Qt::LeftButton); }
+    [[nodiscard]] QWidget *window() const override { return window_.get(); }
     QString verdict() { return window_->findChild<QWidget *>(QStringLiteral("verdict"))->accessibleName(); }
 
     QList<QWidget *> findings() { return window_->findChildren<QWidget *>(QStringLiteral("finding")); }

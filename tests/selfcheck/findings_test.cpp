@@ -104,6 +104,7 @@ TEST_F(FindingsTest, MissingRightsNameTheFileAndTheRemedy) {
                 AllOf(HasSubstr("[Fallo] La cámara está conectada, pero este usuario no tiene permiso"),
                       HasSubstr("no tiene permiso para abrir /dev/video0"), HasSubstr("grupo «video»"),
                       HasSubstr("No se ha podido preguntar")));
+    EXPECT_TRUE(camera->transfers().empty());
 
     access_->driver.reset();
     access_->path = "/dev/bus/usb/001/004";
@@ -147,7 +148,7 @@ TEST_F(FindingsTest, EveryRefusedRequestIsNamedAndOnlyTheNeededOnesAreFaults) {
         options.refused = {{1, 0x0D, row.code}};
         bus_ = std::make_shared<simulator::SimulatedRegistry>();
         plug(options);
-        EXPECT_THAT(text(), HasSubstr(row.line));
+        EXPECT_THAT(text(), AllOf(HasSubstr(row.line), HasSubstr("Zoom: ahora 0"))) << "the others are asked";
         EXPECT_EQ(report().verdict.state, row.verdict) << row.line;
     }
 }

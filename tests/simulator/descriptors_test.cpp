@@ -91,24 +91,6 @@ TEST_P(Descriptors, HaveTotalsThatAddUp) {
     EXPECT_EQ(camera.deviceDescriptor()[0], 18u);
 }
 
-TEST_P(Descriptors, HaveTheSizesOfTheirUvcVersion) {
-    ASSERT_EQ(all.size(), 15u);
-    const std::size_t unitBitmap = GetParam() == 0x0110 ? 3 : 2;
-    const std::size_t unitFixed = GetParam() == 0x0110 ? 10 : 9;
-    EXPECT_EQ(word(all[3], 3), GetParam());
-    EXPECT_EQ(all[3].size(), 13u);
-    EXPECT_EQ(all[4].size(), 18u);
-    EXPECT_EQ(all[4][14], 3u);
-    EXPECT_EQ(all[5][7], unitBitmap);
-    EXPECT_EQ(all[5].size(), unitFixed + unitBitmap);
-    EXPECT_EQ(all[6].size(), 9u);
-    EXPECT_EQ(all[8].size(), 5u);
-    EXPECT_EQ(all[10].size(), 14u);
-    EXPECT_EQ(all[11].size(), 27u);
-    EXPECT_EQ(all[12].size(), 30u);
-    EXPECT_EQ(all[13].size(), 6u);
-}
-
 TEST_P(Descriptors, PointAtEachOther) {
     ASSERT_EQ(all.size(), 15u);
     EXPECT_EQ(all[1][2], all[2][2]) << "the association starts at the VideoControl interface";

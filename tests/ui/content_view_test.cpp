@@ -59,17 +59,6 @@ TEST_F(ContentViewTest, CascadeTellsItsStepsAndEndsWithOneMove) {
     EXPECT_EQ(view.SliderZoomValue, 70.0);
 }
 
-TEST_F(ContentViewTest, CentresSortByCaseAndRoomsDoNot) {
-    for (const char *name : {"aula", "Zona", "Aula 2", "Aula 10", "Álava"}) storeCentre(name);
-    storeRoom("aula", "aula b", {});
-    storeRoom("aula", "Aula A", {});
-    storeRoom("aula", "Aula C", {});
-    ContentView view;
-    EXPECT_THAT(ListaGrupos, ElementsAre(" Sin grupo", "Aula 10", "Aula 2", "Zona", "aula", "Álava"));
-    choose(view, "aula");
-    EXPECT_THAT(ListaSubgrupos, ElementsAre("Aula A", "aula b", "Aula C"));
-}
-
 TEST_F(ContentViewTest, FlagsFollowTheTree) {
     storeSample();
     ContentView view;
@@ -111,22 +100,6 @@ TEST_F(ContentViewTest, EveryRefreshWritesItsSelectionTwiceSoThatWatchersSeeACha
     EXPECT_THAT(writes,
                 ElementsAre("grupo 500", "grupo 0", "subgrupo -1", "subgrupo 0", "escena -1", "escena 0"));
     EXPECT_EQ(redraws, 17);  // those six, eight flags and the three sliders
-}
-
-TEST_F(ContentViewTest, ChoosingASceneSendsThatSceneOnce) {
-    storeSample();
-    ContentView view;
-    choose(view, "Norte");
-    view.selectedSubgrupo = 1;
-    view.actualizarEscenas();
-    bench_.camera->forgetTransfers();
-
-    view.selectedEscena = 1;
-    view.PickerEscenaChanged();
-    EXPECT_EQ(bench_.panTiltSets(), 1);
-    EXPECT_EQ(bench_.zoomSets(), 1);
-    EXPECT_EQ(bench_.camera->target().pan, -72000);
-    EXPECT_EQ(bench_.camera->target().zoom, 0);
 }
 
 TEST_F(ContentViewTest, WithoutASceneTheCameraGoesToTheOrigin) {

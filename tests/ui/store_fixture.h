@@ -10,8 +10,11 @@
 #include "scenes/scene_file.h"
 #include "scenes/scene_tree.h"
 #include "support/answered_alerts.h"
+#include "support/scenes.h"
 #include "support/simulated_camera.h"
 #include "support/temporary_documents.h"
+
+using support::scene;
 
 /// A temporary store, a simulated camera and alerts with prepared answers.
 class StoreTest : public testing::Test {
@@ -23,16 +26,6 @@ class StoreTest : public testing::Test {
         ListaSubgrupos.clear();
         ListaEscenas.clear();
         DemoMode = false;
-    }
-
-    static ManualPreset scene(const std::string &name, std::int64_t pan, std::int64_t tilt,
-                              std::int64_t zoom) {
-        ManualPreset preset;
-        preset.Name = name;
-        preset.Pan = pan;
-        preset.Tilt = tilt;
-        preset.Zoom = zoom;
-        return preset;
     }
 
     void storeRoom(const std::string &centre, const std::string &room,

@@ -2,10 +2,10 @@
 
 #include <libusb.h>
 
+#include "support/without_rights.h"
 #include "usb/contract.h"
 #include "usb/fake_usbfs.h"
 #include "usb/libusb/libusb_outcome.h"
-#include "usb/without_rights.h"
 
 namespace {
 
@@ -32,7 +32,7 @@ class LibusbRig : public contract::Rig {
 
     void holdElsewhere(const Camera &camera) override { usbfs.nodeOf(camera).holdElsewhere(); }
     void withoutRights(const Camera &camera, const std::function<void()> &action) override {
-        const WithoutRights guard({usbfs.nodeFileOf(camera)});
+        const support::WithoutRights guard({usbfs.nodeFileOf(camera)});
         action();
     }
 
@@ -116,15 +116,6 @@ TEST_F(LibusbRegistryTest, FindsNothingWhereNoConfigurationIsActive) {
     ASSERT_NE(device, nullptr);
     EXPECT_EQ(device->vendorId(), 0x2574);
     EXPECT_EQ(device->registryName(), std::nullopt);
-}
-
-TEST_F(LibusbRegistryTest, NeverTakesADriverOffTheInterface) {
-    rig.plug(camera, 1, {2});
-    rig.holdElsewhere(camera);
-    const auto interfaces = interfacesOf(rig);
-    ASSERT_EQ(interfaces.size(), 1u);
-    EXPECT_EQ(interfaces.front()->open(), Outcome::busy);
-    EXPECT_FALSE(rig.usbfs.nodeOf(camera).wasDetachTried());
 }
 
 TEST_F(LibusbRegistryTest, TakesAShortAnswerForAFailure) {

@@ -11,12 +11,12 @@
 #include <filesystem>
 #include <fstream>
 
+#include "support/without_rights.h"
 #include "usb/contract.h"
 #include "usb/fake_usbfs.h"
 #include "usb/linux/interface_report.h"
 #include "usb/linux/linux_video_control.h"
 #include "usb/linux/program_scan.h"
-#include "usb/without_rights.h"
 
 namespace {
 
@@ -65,7 +65,7 @@ class LinuxRig : public contract::Rig {
         usbfs.nodeOf(camera).holdElsewhere();
     }
     void withoutRights(const Camera &camera, const std::function<void()> &action) override {
-        const WithoutRights guard(filesOf(camera));
+        const support::WithoutRights guard(filesOf(camera));
         action();
     }
     /// All files that lead to the camera.

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
-#include <ostream>
 #include <string>
 
 #include "uvc/uvc_component_scan.h"
@@ -22,7 +21,7 @@ struct Limits {
 };
 
 struct Scanned {
-    std::string row;
+    const char *row;
     std::uint32_t code;
     std::string text;
     Limits limits;
@@ -30,150 +29,124 @@ struct Scanned {
     std::string value;                    // as printed; ignored when refused
 };
 
-void PrintTo(const Scanned &row, std::ostream *out) {
-    *out << row.row;
-}
-
 constexpr std::uint32_t B = 1, S1 = 2, U1 = 3, S2 = 4, U2 = 5, S4 = 6, U4 = 7, S8 = 8, U8 = 9;
 constexpr std::nullopt_t none = std::nullopt;
-
-class ComponentScan : public testing::TestWithParam<Scanned> {};
-
-TEST_P(ComponentScan, StoresAndConsumes) {
-    const Scanned &row = GetParam();
-    std::uint64_t records[4] = {};
-    const void *given[4] = {};
-    const std::optional<std::int64_t> numbers[4] = {row.limits.minimum, row.limits.maximum,
-                                                    row.limits.stepSize, row.limits.defaultValue};
-    for (std::size_t i = 0; i < 4; ++i) {
-        if (!numbers[i]) continue;
-        uvc::store(row.code, &records[i], static_cast<std::uint64_t>(*numbers[i]));
-        given[i] = &records[i];
-    }
-
-    std::uint8_t field[9];
-    for (std::uint8_t &byte : field) byte = 0x5A;
-    const auto consumed = uvc::scanComponent(row.code, row.text.c_str(), field,
-                                             {given[0], given[1], given[2], given[3]}, uvc::Diagnostics(0));
-    ASSERT_EQ(consumed, row.consumed);
-
-    const std::size_t touched = consumed ? UVCTypeComponentByteSize(row.code) : 0;
-    for (std::size_t i = touched; i < sizeof field; ++i) EXPECT_EQ(field[i], 0x5A) << "byte " << i;
-    if (!consumed) return;
-    EXPECT_EQ(*UVCType::uvcTypeWithFieldNamesAndTypes({{"", row.code}})->stringFromBuffer(field), row.value);
-}
-
-std::string rowName(const testing::TestParamInfo<Scanned> &info) {
-    return info.param.row;
-}
-
 constexpr std::int64_t kS4Min = std::numeric_limits<std::int32_t>::min();
 constexpr std::int64_t kS4Max = std::numeric_limits<std::int32_t>::max();
 
-INSTANTIATE_TEST_SUITE_P(Integers, ComponentScan,
-                         testing::Values(Scanned{"Blanks", S2, " \t12,", {}, 4, "12"},  //
-                                         Scanned{"Plus", S2, "+5", {}, 2, "5"},         //
-                                         Scanned{"Hexadecimal", U2, "0x10", {}, 4, "16"},
-                                         Scanned{"HexadecimalWithE", U2, "0x1e", {}, 4, "30"},
-                                         Scanned{"HexadecimalBeforePoint", U2, "0x1.8", {}, 3, "1"},
-                                         Scanned{"Octal", U2, "010", {}, 3, "8"},    //
-                                         Scanned{"NotOctal", U2, "08", {}, 1, "0"},  //
-                                         Scanned{"TrailingText", U2, "12abc", {}, 2, "12"},
-                                         Scanned{"Difference", U2, "1-2", {}, 1, "1"},   //
-                                         Scanned{"NoDigits", U2, "-", {}, none, ""},     //
-                                         Scanned{"Empty", U2, "", {}, none, ""},         //
-                                         Scanned{"Word", U2, "abc", {}, none, ""},       //
-                                         Scanned{"SignApart", U2, "- 5", {}, none, ""},  //
-                                         Scanned{"NoSuchCode", 0, "5", {}, none, ""}),
-                         rowName);
+const Scanned kScans[] = {
+    // Integers
+    {"Blanks", S2, " \t12,", {}, 4, "12"},
+    {"Hexadecimal", U2, "0x10", {}, 4, "16"},
+    {"HexadecimalWithE", U2, "0x1e", {}, 4, "30"},
+    {"HexadecimalBeforePoint", U2, "0x1.8", {}, 3, "1"},
+    {"Octal", U2, "010", {}, 3, "8"},
+    {"TrailingText", U2, "12abc", {}, 2, "12"},
+    {"Difference", U2, "1-2", {}, 1, "1"},
+    {"NoDigits", U2, "-", {}, none, ""},
+    {"Empty", U2, "", {}, none, ""},
+    {"SignApart", U2, "- 5", {}, none, ""},
+    {"NoSuchCode", 0, "5", {}, none, ""},
+    // Widths
+    {"S1Above", S1, "128", {}, 3, "127"},
+    {"S1Below", S1, "-129", {}, 4, "-128"},
+    {"S1BeyondItsScanWraps", S1, "65535", {}, 5, "-1"},
+    {"U1Wraps", U1, "300", {}, 3, "44"},
+    {"U1Minus", U1, "-1", {}, 2, "255"},
+    {"U1MinusClamped", U1, "-1", {0, 100}, 2, "100"},
+    {"S2Above", S2, "32768", {}, 5, "32767"},
+    {"S2Below", S2, "-40000", {}, 6, "-32768"},
+    {"U2Above32767", U2, "40000", {0, 65535}, 5, "40000"},
+    {"S4Above", S4, "2147483648", {}, 10, "2147483647"},
+    {"S4Below", S4, "-99999999999", {}, 12, "-2147483648"},
+    {"S4BeyondItsScan", S4, "99999999999999999999", {}, 20, "2147483647"},
+    {"U4Wraps", U4, "5000000000", {}, 10, "705032704"},
+    {"U4Minus", U4, "-1", {}, 2, "4294967295"},
+    {"S8Below", S8, "-99999999999999999999", {}, 21, "-9223372036854775808"},
+    {"U8TopsOut", U8, "99999999999999999999", {}, 20, "9223372036854775807"},
+    // Range and step
+    {"ToMinimum", S4, "-900", {-720, 720}, 4, "-720"},
+    {"ToMaximum", S4, "900", {-720, 720}, 3, "720"},
+    {"MinimumAlone", S4, "-900", {-720, none}, 4, "-720"},
+    {"AtHalfUp", S4, "15", {none, none, 10}, 2, "20"},
+    {"BelowHalfDown", S4, "14", {none, none, 10}, 2, "10"},
+    {"OddStepBelowTruncatedHalf", U2, "6", {none, none, 5}, 1, "5"},
+    {"OddStepAtTruncatedHalf", U2, "7", {none, none, 5}, 1, "10"},
+    {"NegativeTowardsZero", S4, "-19", {none, none, 10}, 3, "-10"},
+    {"StepOfOne", S4, "15", {none, none, 1}, 2, "15"},
+    {"NegativeStep", S4, "15", {none, none, -10}, 2, "15"},
+    {"CountedFromZeroNotMinimum", S4, "6", {5, 100, 10}, 1, "10"},
+    {"NotClampedAgain", S4, "500", {-95, 95, 10}, 3, "100"},
+    {"SaturatedAfterStep", S1, "127", {none, none, 10}, 3, "127"},
+    {"UnsignedWrapsAfterStep", U1, "255", {none, none, 10}, 3, "4"},
+    {"WidestSigned", S8, "9223372036854775807", {none, none, 10}, 19, "-9223372036854775806"},
+    // Fractions
+    {"Half", U2, "0.5", {0, 1000}, 3, "500"},
+    {"HalfWithStep", U2, "0.5", {0, 1000, 3}, 3, "501"},
+    {"HalfAwayFromZero", S2, ".5", {-5, 0}, 2, "-3"},
+    {"AboveOne", U2, "12.5", {0, 1000}, 4, "1000"},
+    {"BelowZero", S2, "-0.5", {-100, 1000}, 4, "-100"},
+    {"Exponent", U2, "5e-1", {0, 1000}, 4, "500"},
+    {"Infinite", U2, "1e50", {0, 1000}, 4, "1000"},
+    {"NotANumber", U2, ".", {0, 1000}, none, ""},
+    {"WordWithE", U2, "enable", {0, 1000}, none, ""},
+    {"CommaEndsTheRun", U2, "10,12.5", {0, 1000}, 2, "10"},
+    {"NoMinimum", U2, "0.5", {none, 1000}, none, ""},
+    {"NoMaximum", U2, "0.5", {0, none}, none, ""},
+    {"TopOfS4", S4, "1.0", {kS4Min, kS4Max}, 3, "2147483647"},
+    {"TopOfU4", U4, "1.0", {0, 4294967295}, 3, "4294967295"},
+    {"TopOfU8", U8, "1.0", {0, -1}, 3, "18446744073709551615"},
+    {"StepPastTheTypeIsNotSaturated", S1, "1.0", {0, 127, 10}, 3, "-126"},
+    {"Boolean", B, ".5", {0, 1}, 2, "true"},
+    // Words
+    {"Default", S4, "DEFAULT", {none, none, none, -7}, 7, "-7"},
+    {"Minimum", U8, "minimum,", {5, none}, 7, "5"},
+    {"Maximum", S2, "MaximumX", {none, -6}, 7, "-6"},
+    {"DefaultAbsent", S4, "default", {1, 2, 3}, none, ""},
+    {"WordCutShort", S4, "minimu", {1, 2}, none, ""},
+    {"BlankBeforeWord", S4, " default", {1, 2, 3, 4}, none, ""},
+    {"Yes", B, "YES", {}, 3, "true"},
+    {"Yep", B, "yep", {}, 1, "true"},
+    {"True", B, "True,", {}, 4, "true"},
+    {"One", B, "10", {}, 1, "true"},
+    {"No", B, "no", {}, 2, "false"},
+    {"Nyet", B, "nyet", {}, 1, "false"},
+    {"False", B, "FALSE", {}, 5, "false"},
+    {"Zero", B, "0x1", {}, 1, "false"},
+    {"BlankZero", B, " 0", {}, 2, "false"},
+    {"NumberIsNotStepped", B, "5", {none, none, 16}, 1, "true"},
+    {"NeitherWordNorNumber", B, "on", {}, none, ""},
+};
 
-INSTANTIATE_TEST_SUITE_P(
-    Widths, ComponentScan,
-    testing::Values(Scanned{"S1Above", S1, "128", {}, 3, "127"},    //
-                    Scanned{"S1Below", S1, "-129", {}, 4, "-128"},  //
-                    Scanned{"S1BeyondItsScan", S1, "70000", {}, 5, "127"},
-                    Scanned{"S1BeyondItsScanWraps", S1, "65535", {}, 5, "-1"},
-                    Scanned{"U1Wraps", U1, "300", {}, 3, "44"},  //
-                    Scanned{"U1Minus", U1, "-1", {}, 2, "255"},  //
-                    Scanned{"U1MinusClamped", U1, "-1", {0, 100}, 2, "100"},
-                    Scanned{"S2Above", S2, "32768", {}, 5, "32767"},    //
-                    Scanned{"S2Below", S2, "-40000", {}, 6, "-32768"},  //
-                    Scanned{"U2Wraps", U2, "70000", {}, 5, "4464"},     //
-                    Scanned{"U2Above32767", U2, "40000", {0, 65535}, 5, "40000"},
-                    Scanned{"S4Above", S4, "2147483648", {}, 10, "2147483647"},
-                    Scanned{"S4Below", S4, "-99999999999", {}, 12, "-2147483648"},
-                    Scanned{"S4BeyondItsScan", S4, "99999999999999999999", {}, 20, "2147483647"},
-                    Scanned{"U4Wraps", U4, "5000000000", {}, 10, "705032704"},
-                    Scanned{"U4Minus", U4, "-1", {}, 2, "4294967295"},  //
-                    Scanned{"S8Below", S8, "-99999999999999999999", {}, 21, "-9223372036854775808"},
-                    Scanned{"U8TopsOut", U8, "99999999999999999999", {}, 20, "9223372036854775807"}),
-    rowName);
+TEST(ComponentScan, StoresAndConsumes) {
+    for (const Scanned &row : kScans) {
+        SCOPED_TRACE(row.row);
+        std::uint64_t records[4] = {};
+        const void *given[4] = {};
+        const std::optional<std::int64_t> numbers[4] = {row.limits.minimum, row.limits.maximum,
+                                                        row.limits.stepSize, row.limits.defaultValue};
+        for (std::size_t i = 0; i < 4; ++i) {
+            if (!numbers[i]) continue;
+            uvc::store(row.code, &records[i], static_cast<std::uint64_t>(*numbers[i]));
+            given[i] = &records[i];
+        }
 
-INSTANTIATE_TEST_SUITE_P(
-    RangeAndStep, ComponentScan,
-    testing::Values(
-        Scanned{"ToMinimum", S4, "-900", {-720, 720}, 4, "-720"},
-        Scanned{"ToMaximum", S4, "900", {-720, 720}, 3, "720"},
-        Scanned{"MinimumAlone", S4, "-900", {-720, none}, 4, "-720"},
-        Scanned{"MaximumAlone", S4, "900", {none, 720}, 3, "720"},
-        Scanned{"AtHalfUp", S4, "15", {none, none, 10}, 2, "20"},
-        Scanned{"BelowHalfDown", S4, "14", {none, none, 10}, 2, "10"},
-        Scanned{"OddStepBelowTruncatedHalf", U2, "6", {none, none, 5}, 1, "5"},
-        Scanned{"OddStepAtTruncatedHalf", U2, "7", {none, none, 5}, 1, "10"},
-        Scanned{"NegativeTowardsZero", S4, "-19", {none, none, 10}, 3, "-10"},
-        Scanned{"NegativeMultiple", S4, "-20", {none, none, 10}, 3, "-20"},
-        Scanned{"StepOfOne", S4, "15", {none, none, 1}, 2, "15"},
-        Scanned{"NegativeStep", S4, "15", {none, none, -10}, 2, "15"},
-        Scanned{"CountedFromZeroNotMinimum", S4, "6", {5, 100, 10}, 1, "10"},
-        Scanned{"NotClampedAgain", S4, "500", {-95, 95, 10}, 3, "100"},
-        Scanned{"SaturatedAfterStep", S1, "127", {none, none, 10}, 3, "127"},
-        Scanned{"UnsignedWrapsAfterStep", U1, "255", {none, none, 10}, 3, "4"},
-        Scanned{"WidestSigned", S8, "9223372036854775807", {none, none, 10}, 19, "-9223372036854775806"}),
-    rowName);
+        std::uint8_t field[9];
+        for (std::uint8_t &byte : field) byte = 0x5A;
+        const auto consumed = uvc::scanComponent(
+            row.code, row.text.c_str(), field, {given[0], given[1], given[2], given[3]}, uvc::Diagnostics(0));
+        EXPECT_EQ(consumed, row.consumed);
 
-INSTANTIATE_TEST_SUITE_P(
-    Fractions, ComponentScan,
-    testing::Values(Scanned{"Half", U2, "0.5", {0, 1000}, 3, "500"},
-                    Scanned{"HalfWithStep", U2, "0.5", {0, 1000, 3}, 3, "501"},
-                    Scanned{"Blank", U2, " 0.5", {0, 1000}, 4, "500"},
-                    Scanned{"HalfAwayFromZero", S2, ".5", {-5, 0}, 2, "-3"},
-                    Scanned{"AboveOne", U2, "12.5", {0, 1000}, 4, "1000"},
-                    Scanned{"BelowZero", S2, "-0.5", {-100, 1000}, 4, "-100"},
-                    Scanned{"Exponent", U2, "5e-1", {0, 1000}, 4, "500"},
-                    Scanned{"Infinite", U2, "1e50", {0, 1000}, 4, "1000"},
-                    Scanned{"NotANumber", U2, ".", {0, 1000}, none, ""},
-                    Scanned{"WordWithE", U2, "enable", {0, 1000}, none, ""},
-                    Scanned{"CommaEndsTheRun", U2, "10,12.5", {0, 1000}, 2, "10"},
-                    Scanned{"NoMinimum", U2, "0.5", {none, 1000}, none, ""},
-                    Scanned{"NoMaximum", U2, "0.5", {0, none}, none, ""},
-                    Scanned{"TopOfS4", S4, "1.0", {kS4Min, kS4Max}, 3, "2147483647"},
-                    Scanned{"BottomOfS4", S4, "0.0", {kS4Min, kS4Max}, 3, "-2147483648"},
-                    Scanned{"TopOfU4", U4, "1.0", {0, 4294967295}, 3, "4294967295"},
-                    Scanned{"TopOfU8", U8, "1.0", {0, -1}, 3, "18446744073709551615"},
-                    Scanned{"StepPastTheTypeIsNotSaturated", S1, "1.0", {0, 127, 10}, 3, "-126"},
-                    Scanned{"Boolean", B, ".5", {0, 1}, 2, "true"}),
-    rowName);
-
-INSTANTIATE_TEST_SUITE_P(
-    Words, ComponentScan,
-    testing::Values(Scanned{"Default", S4, "DEFAULT", {none, none, none, -7}, 7, "-7"},
-                    Scanned{"Minimum", U8, "minimum,", {5, none}, 7, "5"},
-                    Scanned{"Maximum", S2, "MaximumX", {none, -6}, 7, "-6"},
-                    Scanned{"DefaultAbsent", S4, "default", {1, 2, 3}, none, ""},
-                    Scanned{"WordCutShort", S4, "minimu", {1, 2}, none, ""},
-                    Scanned{"BlankBeforeWord", S4, " default", {1, 2, 3, 4}, none, ""},
-                    Scanned{"Yes", B, "YES", {}, 3, "true"}, Scanned{"Yep", B, "yep", {}, 1, "true"},
-                    Scanned{"True", B, "True,", {}, 4, "true"}, Scanned{"One", B, "10", {}, 1, "true"},
-                    Scanned{"No", B, "no", {}, 2, "false"}, Scanned{"Nyet", B, "nyet", {}, 1, "false"},
-                    Scanned{"False", B, "FALSE", {}, 5, "false"}, Scanned{"Zero", B, "0x1", {}, 1, "false"},
-                    Scanned{"OtherNumber", B, "5", {}, 1, "true"},
-                    Scanned{"BlankZero", B, " 0", {}, 2, "false"},
-                    Scanned{"NumberIsNotStepped", B, "5", {none, none, 16}, 1, "true"},
-                    Scanned{"NeitherWordNorNumber", B, "on", {}, none, ""}),
-    rowName);
+        const std::size_t touched = consumed ? UVCTypeComponentByteSize(row.code) : 0;
+        for (std::size_t i = touched; i < sizeof field; ++i) EXPECT_EQ(field[i], 0x5A) << "byte " << i;
+        if (!consumed) continue;
+        EXPECT_EQ(*UVCType::uvcTypeWithFieldNamesAndTypes({{"", row.code}})->stringFromBuffer(field),
+                  row.value);
+    }
+}
 
 struct Message {
-    std::string row;
+    const char *row;
     std::uint32_t code;
     const char *text;
     bool hasRange;
@@ -181,50 +154,45 @@ struct Message {
     std::string warnings;
 };
 
-void PrintTo(const Message &row, std::ostream *out) {
-    *out << row.row;
+const Message kMessages[] = {
+    {"Default", U2, "default", true, "INFO: Default value requested\n",
+     "WARNING: Default value requested, none provided by control\n"},
+    {"Minimum", U2, "minimum", false, "INFO: Minimum value requested\n",
+     "WARNING: Minimum value requested, none provided by control\n"},
+    {"Maximum", U2, "maximum", false, "INFO: Maximum value requested\n",
+     "WARNING: Maximum value requested, none provided by control\n"},
+    {"MaximumGiven", U2, "maximum", true, "INFO: Maximum value requested\n", ""},
+    {"Integer", U2, " 5}", false, "INFO: Defaulting to integer value at ' 5}'\n", ""},
+    {"NoInteger", U2, "%s", false, "INFO: Defaulting to integer value at '%s'\n",
+     "WARNING: Unable to scan integer value at '%s'\n"},
+    {"Float", U2, "0.5", true, "INFO: Floating-point value detected at '0.5'\n", ""},
+    {"FloatWithoutRange", U2, "0.5", false, "INFO: Floating-point value detected at '0.5'\n",
+     "WARNING: No value range provided by control, floating-point input not available\n"},
+    {"NoFloat", U2, "e5", true, "INFO: Floating-point value detected at 'e5'\n",
+     "WARNING: Unable to scan floating-point value at 'e5'\n"},
+    {"Boolean", B, "on", false, "INFO: Defaulting to integer value at 'on'\n",
+     "WARNING: Invalid boolean value at 'on'\nWARNING: Unable to scan integer value at 'on'\n"},
+};
+
+TEST(ComponentMessages, FollowTheFlags) {
+    for (const Message &row : kMessages) {
+        SCOPED_TRACE(row.row);
+        const std::int64_t minimum = 0;
+        const std::int64_t maximum = 1;
+        const uvc::ScanLimits limits{row.hasRange ? &minimum : nullptr, row.hasRange ? &maximum : nullptr,
+                                     nullptr, nullptr};
+        const auto printed = [&](unsigned flags) {
+            std::int64_t field = 0;
+            testing::internal::CaptureStderr();
+            static_cast<void>(
+                uvc::scanComponent(row.code, row.text, &field, limits, uvc::Diagnostics(flags)));
+            return testing::internal::GetCapturedStderr();
+        };
+        EXPECT_EQ(printed(0), "");
+        EXPECT_EQ(printed(uvc::kShowWarnings), row.warnings);
+        EXPECT_EQ(printed(uvc::kShowInformation), row.information);
+        EXPECT_EQ(printed(kAll).size(), row.warnings.size() + row.information.size());
+    }
 }
-
-class ComponentMessages : public testing::TestWithParam<Message> {};
-
-TEST_P(ComponentMessages, FollowTheFlags) {
-    const Message &row = GetParam();
-    const std::int64_t minimum = 0;
-    const std::int64_t maximum = 1;
-    const uvc::ScanLimits limits{row.hasRange ? &minimum : nullptr, row.hasRange ? &maximum : nullptr,
-                                 nullptr, nullptr};
-    const auto printed = [&](unsigned flags) {
-        std::int64_t field = 0;
-        testing::internal::CaptureStderr();
-        static_cast<void>(uvc::scanComponent(row.code, row.text, &field, limits, uvc::Diagnostics(flags)));
-        return testing::internal::GetCapturedStderr();
-    };
-    EXPECT_EQ(printed(0), "");
-    EXPECT_EQ(printed(uvc::kShowWarnings), row.warnings);
-    EXPECT_EQ(printed(uvc::kShowInformation), row.information);
-    EXPECT_EQ(printed(kAll).size(), row.warnings.size() + row.information.size());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    All, ComponentMessages,
-    testing::Values(
-        Message{"Default", U2, "default", true, "INFO: Default value requested\n",
-                "WARNING: Default value requested, none provided by control\n"},
-        Message{"Minimum", U2, "minimum", false, "INFO: Minimum value requested\n",
-                "WARNING: Minimum value requested, none provided by control\n"},
-        Message{"Maximum", U2, "maximum", false, "INFO: Maximum value requested\n",
-                "WARNING: Maximum value requested, none provided by control\n"},
-        Message{"MaximumGiven", U2, "maximum", true, "INFO: Maximum value requested\n", ""},
-        Message{"Integer", U2, " 5}", false, "INFO: Defaulting to integer value at ' 5}'\n", ""},
-        Message{"NoInteger", U2, "%s", false, "INFO: Defaulting to integer value at '%s'\n",
-                "WARNING: Unable to scan integer value at '%s'\n"},
-        Message{"Float", U2, "0.5", true, "INFO: Floating-point value detected at '0.5'\n", ""},
-        Message{"FloatWithoutRange", U2, "0.5", false, "INFO: Floating-point value detected at '0.5'\n",
-                "WARNING: No value range provided by control, floating-point input not available\n"},
-        Message{"NoFloat", U2, "e5", true, "INFO: Floating-point value detected at 'e5'\n",
-                "WARNING: Unable to scan floating-point value at 'e5'\n"},
-        Message{"Boolean", B, "on", false, "INFO: Defaulting to integer value at 'on'\n",
-                "WARNING: Invalid boolean value at 'on'\nWARNING: Unable to scan integer value at 'on'\n"}),
-    [](const auto &message) { return message.param.row; });
 
 }  // namespace

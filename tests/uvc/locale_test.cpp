@@ -5,36 +5,15 @@
 #include <stdlib.h>
 
 #include <QApplication>
+#include <QTemporaryDir>
 #include <clocale>
 #include <cstdint>
 #include <cstdio>
-#include <filesystem>
 #include <string>
-#include <system_error>
 
 #include "uvc/uvc_type.h"
 
 namespace {
-
-/// A folder of its own, removed with all that is in it.
-class TemporaryFolder {
- public:
-    TemporaryFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "uvc-locale-XXXXXX").string();
-        if (mkdtemp(pattern.data()) != nullptr) path_ = pattern;
-    }
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        if (!path_.empty()) std::filesystem::remove_all(path_, ignored);
-    }
-    TemporaryFolder(const TemporaryFolder &) = delete;
-    TemporaryFolder &operator=(const TemporaryFolder &) = delete;
-
-    [[nodiscard]] const std::string &path() const { return path_; }
-
- private:
-    std::string path_;
-};
 
 int localedefStatus = -1;  // of the command that makes the locale
 
@@ -77,10 +56,11 @@ int main(int argc, char **argv) {
     testing::InitGoogleTest(&argc, argv);
     if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
 
-    const TemporaryFolder folder;
-    const std::string command = "localedef -i es_ES -f UTF-8 '" + folder.path() + "/es_ES.UTF-8'";
+    const QTemporaryDir temporary;
+    const std::string folder = temporary.path().toStdString();
+    const std::string command = "localedef -i es_ES -f UTF-8 '" + folder + "/es_ES.UTF-8'";
     localedefStatus = std::system(command.c_str());
-    setenv("LOCPATH", folder.path().c_str(), 1);
+    setenv("LOCPATH", folder.c_str(), 1);
     setenv("LC_ALL", "es_ES.UTF-8", 1);
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
 

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <ostream>
 #include <string>
 
 #include "uvc/uvc_catalogue.h"
@@ -11,72 +10,55 @@
 namespace {
 
 struct Parsed {
-    std::string row;
+    const char *row;
     const char *text;
     std::string fields;    // "S4 pan; ", empty: refused
     std::string messages;  // all of standard error
 };
 
-void PrintTo(const Parsed &row, std::ostream *out) {
-    *out << row.row;
+const Parsed kDescriptions[] = {
+    // Accepted
+    {"OneUnnamedField", "{U2}", "U2 ;", ""},
+    {"AllTokens", "{B a;S1 b;U1 c;S2 d;U2 e;S4 f;U4 g;S8 h;U8 i}",
+     "B a;S1 b;U1 c;S2 d;U2 e;S4 f;U4 g;S8 h;U8 i;", ""},
+    {"LowerCaseSignLetters", "{s4 pan; u1 speed}", "S4 pan;U1 speed;", ""},
+    {"LeadingBlanks", " \t\n{S4 pan; S4 tilt}", "S4 pan;S4 tilt;", ""},
+    {"NamesBecomeLowerCase", "{S1 Pan-Relative}", "S1 pan-relative;", ""},
+    {"NoBlankBeforeTheName", "{S4pan;Bflag}", "S4 pan;B flag;", ""},
+    {"RunsOfSeparators", "{ ;S4 pan ;; ; S4 tilt ; }", "S4 pan;S4 tilt;", ""},
+    {"TextBehindTheBraceIsIgnored", "{U2} S3", "U2 ;", ""},
+    {"NoClosingBraceBehindSecondName", "{S4 pan; S4 tilt", "S4 pan;S4 tilt;", ""},
+    {"NoClosingBraceBehindSeparator", "{S4 pan;", "S4 pan;", ""},
+    // Refused
+    {"Empty", "", "", "WARNING: No opening brace found: "},
+    {"NoFieldClosed", "{}", "", ""},
+    {"NoFieldOpen", "{", "", ""},
+    {"UnknownWidth", "{S3 x}", "", "WARNING: Invalid type string at 1 in: {S3 x}"},
+    {"LowerCaseBoolean", "{b flag}", "", "WARNING: Invalid type string at 1 in: {b flag}"},
+    {"OtherLetter", " {U1 a; x}", "", "WARNING: Invalid type string at 8 in:  {U1 a; x}"},
+    {"LetterAtTheEnd", "{S", "", "WARNING: Invalid type string at 1 in: {S"},
+    {"EndBehindToken", "{S4 ", "", "WARNING: Early end to type string at 4 in: {S4 "},
+    {"EndBehindFirstName", "{S4 pan", "", "WARNING: Early end to type string at 7 in: {S4 pan"},
+    {"RepeatedNameOtherCase", "{S4 Pan; S4 PAN}", "",
+     "WARNING: Repeated use of type name at index 15 in '{S4 Pan; S4 PAN}'\n"},
+    {"RepeatedEmptyName", "{U1; U1}", "", "WARNING: Repeated use of type name at index 7 in '{U1; U1}'\n"},
+    {"LaterFaultBeforeRepeat", "{U1; U1; q}", "", "WARNING: Invalid type string at 9 in: {U1; U1; q}"},
+};
+
+TEST(TypeDescription, YieldsFieldsOrItsMessage) {
+    for (const Parsed &row : kDescriptions) {
+        SCOPED_TRACE(row.row);
+        testing::internal::CaptureStderr();
+        const auto type = UVCType::uvcTypeWithCString(row.text);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), row.messages);
+
+        std::string fields;
+        for (std::size_t i = 0; type && i < type->fieldCount(); ++i)
+            fields += std::string(__UVCTypeComponentTypeString(type->fieldTypeAtIndex(i))) + " " +
+                      *type->fieldNameAtIndex(i) + ";";
+        EXPECT_EQ(fields, row.fields);
+    }
 }
-
-class TypeDescription : public testing::TestWithParam<Parsed> {};
-
-TEST_P(TypeDescription, YieldsFieldsOrItsMessage) {
-    const Parsed &row = GetParam();
-    testing::internal::CaptureStderr();
-    const auto type = UVCType::uvcTypeWithCString(row.text);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), row.messages);
-
-    std::string fields;
-    for (std::size_t i = 0; type && i < type->fieldCount(); ++i)
-        fields += std::string(__UVCTypeComponentTypeString(type->fieldTypeAtIndex(i))) + " " +
-                  *type->fieldNameAtIndex(i) + ";";
-    EXPECT_EQ(fields, row.fields);
-}
-
-std::string rowName(const testing::TestParamInfo<Parsed> &info) {
-    return info.param.row;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Accepted, TypeDescription,
-    testing::Values(Parsed{"OneUnnamedField", "{U2}", "U2 ;", ""},
-                    Parsed{"AllTokens", "{B a;S1 b;U1 c;S2 d;U2 e;S4 f;U4 g;S8 h;U8 i}",
-                           "B a;S1 b;U1 c;S2 d;U2 e;S4 f;U4 g;S8 h;U8 i;", ""},
-                    Parsed{"LowerCaseSignLetters", "{s4 pan; u1 speed}", "S4 pan;U1 speed;", ""},
-                    Parsed{"LeadingBlanks", " \t\n{S4 pan; S4 tilt}", "S4 pan;S4 tilt;", ""},
-                    Parsed{"NamesBecomeLowerCase", "{S1 Pan-Relative}", "S1 pan-relative;", ""},
-                    Parsed{"NoBlankBeforeTheName", "{S4pan;Bflag}", "S4 pan;B flag;", ""},
-                    Parsed{"RunsOfSeparators", "{ ;S4 pan ;; ; S4 tilt ; }", "S4 pan;S4 tilt;", ""},
-                    Parsed{"TextBehindTheBraceIsIgnored", "{U2} S3", "U2 ;", ""},
-                    Parsed{"NoClosingBraceBehindSecondName", "{S4 pan; S4 tilt", "S4 pan;S4 tilt;", ""},
-                    Parsed{"NoClosingBraceBehindSeparator", "{S4 pan;", "S4 pan;", ""}),
-    rowName);
-
-INSTANTIATE_TEST_SUITE_P(
-    Refused, TypeDescription,
-    testing::Values(
-        Parsed{"Empty", "", "", "WARNING: No opening brace found: "},
-        Parsed{"Blank", "  ", "", "WARNING: No opening brace found:   "},
-        Parsed{"NoBrace", "S4 pan", "", "WARNING: No opening brace found: S4 pan"},
-        Parsed{"NoFieldClosed", "{}", "", ""},  //
-        Parsed{"NoFieldOpen", "{", "", ""},
-        Parsed{"UnknownWidth", "{S3 x}", "", "WARNING: Invalid type string at 1 in: {S3 x}"},
-        Parsed{"LowerCaseBoolean", "{b flag}", "", "WARNING: Invalid type string at 1 in: {b flag}"},
-        Parsed{"OtherLetter", " {U1 a; x}", "", "WARNING: Invalid type string at 8 in:  {U1 a; x}"},
-        Parsed{"NonLettersOnly", "{U1 a; 12", "", "WARNING: Invalid type string at 9 in: {U1 a; 12"},
-        Parsed{"LetterAtTheEnd", "{S", "", "WARNING: Invalid type string at 1 in: {S"},
-        Parsed{"EndBehindToken", "{S4 ", "", "WARNING: Early end to type string at 4 in: {S4 "},
-        Parsed{"EndBehindFirstName", "{S4 pan", "", "WARNING: Early end to type string at 7 in: {S4 pan"},
-        Parsed{"RepeatedNameOtherCase", "{S4 Pan; S4 PAN}", "",
-               "WARNING: Repeated use of type name at index 15 in '{S4 Pan; S4 PAN}'\n"},
-        Parsed{"RepeatedEmptyName", "{U1; U1}", "",
-               "WARNING: Repeated use of type name at index 7 in '{U1; U1}'\n"},
-        Parsed{"LaterFaultBeforeRepeat", "{U1; U1; q}", "",
-               "WARNING: Invalid type string at 9 in: {U1; U1; q}"}),
-    rowName);
 
 TEST(TypeCreation, FromArraysKeepsNamesAndRefusesHolesAndUnknownCodes) {
     const char *names[] = {"Pan", "Flag", nullptr};

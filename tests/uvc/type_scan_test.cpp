@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <ostream>
 #include <string>
 
 #include "uvc/uvc_type.h"
@@ -24,7 +23,7 @@ std::shared_ptr<const UVCType> panTilt() {
 }
 
 struct RecordText {
-    std::string row;
+    const char *row;
     const char *text;
     bool hasLimits;
     bool accepted;
@@ -32,91 +31,72 @@ struct RecordText {
     std::string warnings;
 };
 
-void PrintTo(const RecordText &row, std::ostream *out) {
-    *out << row.row;
+const RecordText kScans[] = {
+    // In order
+    {"Both", "{10,12}", false, true, {10, 12}, ""},
+    {"BlanksAnywhere", "  { 10 , 12", false, true, {10, 12}, ""},
+    {"NoClosingBrace", "{10,12", false, true, {10, 12}, ""},
+    {"ExtraValues", "{10,12,nonsense}", false, true, {10, 12}, ""},
+    {"TooFewAtTheEnd", "{10,", false, false, {10, 222}, ""},
+    {"Nothing", "{}", false, false, kUntouched, "WARNING: Unable to scan integer value at '}'\n"},
+    {"EachFieldHasItsOwnLimits", "{999,-999}", true, true, {100, -50}, ""},
+    {"EachFieldHasItsOwnStep", "{14,14}", true, true, {10, 14}, ""},
+    {"EachFieldHasItsOwnWords", "{default,maximum}", true, true, {5, 50}, ""},
+    {"Fractions", "{0.25, 1.0}", true, true, {-50, 50}, ""},
+    // Named
+    {"AnyOrderAnyCase", "{TILT=5, Pan=6}", false, true, {6, 5}, ""},
+    {"LaterWins", "{pan=1,tilt=2,pan=3}", false, true, {3, 2}, ""},
+    {"FaultBehindAllFields",
+     "{pan=1,tilt=2,pan=x}",
+     false,
+     true,
+     {1, 2},
+     "WARNING: Unable to scan integer value at 'x}'\n"},
+    {"OneMissing", "{tilt=5}", false, false, {111, 5}, "WARNING: 1 named field was not provided\n"},
+    {"TwoMissing", "{pan=x}", false, false, kUntouched,
+     "WARNING: Unable to scan integer value at 'x}'\nWARNING: 2 named fields were not provided\n"},
+    {"UnknownName",
+     "{pan=1,Zoom=2}",
+     false,
+     false,
+     {1, 222},
+     "WARNING: Field name 'zoom' not defined for this type\n"},
+    {"BlankBelongsToTheName", "{pan =1}", false, false, kUntouched,
+     "WARNING: Field name 'pan ' not defined for this type\n"},
+    {"NameWithoutValue",
+     "{pan=1,tilt",
+     false,
+     false,
+     {1, 222},
+     "WARNING: Unable to scan integer value at ''\nWARNING: 1 named field was not provided\n"},
+    {"OwnLimits", "{tilt=0.5,pan=minimum}", true, true, {-100, 0}, ""},
+    // Bare
+    {"Default", " Default", true, true, kDefault, ""},
+    {"Minimum", "MINIMUM", true, true, kMinimum, ""},
+    {"Maximum", "maximum", true, true, kMaximum, ""},
+    {"DefaultAbsent", "default", false, false, kUntouched,
+     "WARNING: No default value provided by this control\n"},
+    {"MinimumAbsent", "minimum", false, false, kUntouched,
+     "WARNING: No minimum value provided by this control\n"},
+    {"MaximumAbsent", "maximum", false, false, kUntouched,
+     "WARNING: No maximum value provided by this control\n"},
+    {"NumberForTwoFields", "10", false, false, kUntouched, ""},
+    {"Empty", "", false, false, kUntouched, ""},
+};
+
+TEST(RecordScan, AssignsFieldsAndWarns) {
+    for (const RecordText &row : kScans) {
+        SCOPED_TRACE(row.row);
+        Record record = kUntouched;
+        const auto limit = [&row](const Record &limits) { return row.hasLimits ? &limits : nullptr; };
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(panTilt()->scanCString(row.text, &record, uvc::kShowWarnings, limit(kMinimum),
+                                         limit(kMaximum), limit(kStep), limit(kDefault)),
+                  row.accepted);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), row.warnings);
+        EXPECT_EQ(record, row.record);
+    }
 }
-
-class RecordScan : public testing::TestWithParam<RecordText> {};
-
-TEST_P(RecordScan, AssignsFieldsAndWarns) {
-    const RecordText &row = GetParam();
-    Record record = kUntouched;
-    const auto limit = [&row](const Record &limits) { return row.hasLimits ? &limits : nullptr; };
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(panTilt()->scanCString(row.text, &record, uvc::kShowWarnings, limit(kMinimum), limit(kMaximum),
-                                     limit(kStep), limit(kDefault)),
-              row.accepted);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), row.warnings);
-    EXPECT_EQ(record, row.record);
-}
-
-std::string rowName(const testing::TestParamInfo<RecordText> &info) {
-    return info.param.row;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    InOrder, RecordScan,
-    testing::Values(RecordText{"Both", "{10,12}", false, true, {10, 12}, ""},
-                    RecordText{"BlanksAnywhere", "  { 10 , 12", false, true, {10, 12}, ""},
-                    RecordText{"BlanksBetween", "{10 12}", false, true, {10, 12}, ""},
-                    RecordText{"NoClosingBrace", "{10,12", false, true, {10, 12}, ""},
-                    RecordText{"ExtraValues", "{10,12,nonsense}", false, true, {10, 12}, ""},
-                    RecordText{"TooFew", "{10}", false, false, {10, 222}, ""},
-                    RecordText{"TooFewAtTheEnd", "{10,", false, false, {10, 222}, ""},
-                    RecordText{"Nothing", "{}", false, false, kUntouched,
-                               "WARNING: Unable to scan integer value at '}'\n"},
-                    RecordText{"EachFieldHasItsOwnLimits", "{999,-999}", true, true, {100, -50}, ""},
-                    RecordText{"EachFieldHasItsOwnStep", "{14,14}", true, true, {10, 14}, ""},
-                    RecordText{"EachFieldHasItsOwnWords", "{default,maximum}", true, true, {5, 50}, ""},
-                    RecordText{"Fractions", "{0.25, 1.0}", true, true, {-50, 50}, ""}),
-    rowName);
-
-INSTANTIATE_TEST_SUITE_P(
-    Named, RecordScan,
-    testing::Values(
-        RecordText{"AnyOrderAnyCase", "{TILT=5, Pan=6}", false, true, {6, 5}, ""},
-        RecordText{"LaterWins", "{pan=1,tilt=2,pan=3}", false, true, {3, 2}, ""},
-        RecordText{"FaultBehindAllFields",
-                   "{pan=1,tilt=2,pan=x}",
-                   false,
-                   true,
-                   {1, 2},
-                   "WARNING: Unable to scan integer value at 'x}'\n"},
-        RecordText{
-            "OneMissing", "{tilt=5}", false, false, {111, 5}, "WARNING: 1 named field was not provided\n"},
-        RecordText{
-            "TwoMissing", "{pan=x}", false, false, kUntouched,
-            "WARNING: Unable to scan integer value at 'x}'\nWARNING: 2 named fields were not provided\n"},
-        RecordText{"UnknownName",
-                   "{pan=1,Zoom=2}",
-                   false,
-                   false,
-                   {1, 222},
-                   "WARNING: Field name 'zoom' not defined for this type\n"},
-        RecordText{"BlankBelongsToTheName", "{pan =1}", false, false, kUntouched,
-                   "WARNING: Field name 'pan ' not defined for this type\n"},
-        RecordText{"NameWithoutValue",
-                   "{pan=1,tilt",
-                   false,
-                   false,
-                   {1, 222},
-                   "WARNING: Unable to scan integer value at ''\nWARNING: 1 named field was not provided\n"},
-        RecordText{"OwnLimits", "{tilt=0.5,pan=minimum}", true, true, {-100, 0}, ""}),
-    rowName);
-
-INSTANTIATE_TEST_SUITE_P(Bare, RecordScan,
-                         testing::Values(RecordText{"Default", " Default", true, true, kDefault, ""},
-                                         RecordText{"Minimum", "MINIMUM", true, true, kMinimum, ""},
-                                         RecordText{"Maximum", "maximum", true, true, kMaximum, ""},
-                                         RecordText{"DefaultAbsent", "default", false, false, kUntouched,
-                                                    "WARNING: No default value provided by this control\n"},
-                                         RecordText{"MinimumAbsent", "minimum", false, false, kUntouched,
-                                                    "WARNING: No minimum value provided by this control\n"},
-                                         RecordText{"MaximumAbsent", "maximum", false, false, kUntouched,
-                                                    "WARNING: No maximum value provided by this control\n"},
-                                         RecordText{"NumberForTwoFields", "10", false, false, kUntouched, ""},
-                                         RecordText{"Empty", "", false, false, kUntouched, ""}),
-                         rowName);
 
 TEST(RecordScanInformation, TellsEachStep) {
     Record record{};
