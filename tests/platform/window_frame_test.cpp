@@ -25,28 +25,6 @@ class WindowFrame : public FolderTest {
     [[nodiscard]] static QString stored() { return QSettings().value(kKey).toString(); }
 };
 
-TEST_F(WindowFrame, ComesBackInTheNextWindow) {
-    QRect left;
-    {
-        QWidget window;
-        window.setGeometry(50, 60, 650, 200);
-        platform::WindowFrame frame(&window, kName);
-        EXPECT_FALSE(frame.restore()) << "nothing is remembered yet";
-        window.show();
-        window.move(120, 90);
-        window.resize(700, 210);
-        EXPECT_TRUE(QTest::qWaitFor([] { return !stored().isEmpty(); }, 3000))
-            << "on disk while it is still open";
-        left = QRect(window.pos(), window.size());
-    }
-    QWidget window;
-    window.resize(480, 300);
-    platform::WindowFrame frame(&window, kName);
-    EXPECT_TRUE(frame.restore());
-    EXPECT_EQ(QRect(window.pos(), window.size()), left);
-    EXPECT_EQ(window.size(), QSize(700, 210));
-}
-
 TEST_F(WindowFrame, KeepsAMoveThatIsFollowedByClosing) {
     QWidget window;
     platform::WindowFrame frame(&window, kName);

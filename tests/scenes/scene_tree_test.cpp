@@ -41,11 +41,6 @@ class SceneTreeTest : public store_files::StoreTest {
 };
 using SceneTreeDeathTest = SceneTreeTest;
 
-TEST_F(SceneTreeTest, AnEmptyStoreHoldsThePlaceholderOnly) {
-    EXPECT_THAT(load(), ElementsAre(" Sin grupo/"));
-    EXPECT_EQ(printed, "");
-}
-
 TEST_F(SceneTreeTest, AFreshAccountGetsAStore) {
     fs::remove(store());
     fs::remove(documents.path());
@@ -142,12 +137,15 @@ TEST_F(SceneTreeTest, ADamagedFileIsARoomWithoutScenes) {
 TEST_F(SceneTreeTest, NamesThatAreNotUtf8StayApart) {
     putRoom("Aula \xd1.presets", "uno");
     putRoom("Aula \xf1.presets", "dos");
-    fs::create_directory(store() /
-                         "Espa\xf1"
-                         "a");
+    putRoom(
+        "Espa\xf1"
+        "a/Sala.presets",
+        "tres");
     EXPECT_THAT(load(), ElementsAre(" Sin grupo/", " Sin grupo/Aula \xd1:uno", " Sin grupo/Aula \xf1:dos",
                                     "Espa\xf1"
-                                    "a/"));
+                                    "a/",
+                                    "Espa\xf1"
+                                    "a/Sala:tres"));
 }
 
 TEST_F(SceneTreeDeathTest, ANameOfDotsInACentreOrNoDocumentsStopsTheProgram) {

@@ -127,25 +127,6 @@ TEST_F(SceneWrite, WithoutADocumentsFolderItIsError34) {
     EXPECT_EQ(contentOf(room()), sample("ten"));
 }
 
-TEST_F(SceneWrite, FileNamesThatAreNotUtf8KeepTheirBytes) {
-    const std::string name = "Aula \xd1.presets";
-    fs::create_directory(store() /
-                         "Espa\xf1"
-                         "a");
-    for (const std::string &path : {"Presets/" + name,
-                                    "Presets/Espa\xf1"
-                                    "a/" +
-                                        name}) {
-        EXPECT_EQ(printedBy([&] { PresetToFile(path, {}); }), "");
-        EXPECT_EQ(contentOf(documents.path() / path), sample("empty"));
-    }
-    EXPECT_THAT(entries(), testing::UnorderedElementsAre("sala.presets", name,
-                                                         "Espa\xf1"
-                                                         "a"));
-    expectCantWrite("Presets/Falta\xd1/sala.presets", "No such file");
-    EXPECT_EQ(entries().size(), 3U);
-}
-
 TEST_F(SceneWrite, ALinkIsWrittenThroughInsideTheStoreOnly) {
     fs::create_symlink("sala.presets", store() / "enlace.presets");
     EXPECT_EQ(printedBy([] { PresetToFile("Presets/enlace.presets", {}); }), "");

@@ -138,16 +138,9 @@ TEST_F(ContentWidgetTest, CentresAreAddedAndDeletedInMemoryAndOnDisk) {
     EXPECT_TRUE(Gruposss.contains(scenes::kNoCentre));
 }
 
-TEST_F(ContentWidgetTest, RoomsAreAddedAndDeletedInMemoryAndOnDisk) {
+TEST_F(ContentWidgetTest, TheChosenRoomAloneIsDeletedInMemoryAndOnDisk) {
     storeSample();
     start();
-    alerts_.accept("Sala");
-    click("buttonAddAula");
-    EXPECT_TRUE(FileToPreset("Presets/Sala.presets").empty());
-    EXPECT_TRUE(onDisk("Presets/Sala.presets"));
-    EXPECT_TRUE(button("buttonAddEscena")->isEnabled());
-    EXPECT_FALSE(picker("pickerEscena")->isEnabled());
-
     choose("pickerCentro", "Norte");
     choose("pickerAula", "Aula B");
     alerts_.accept();

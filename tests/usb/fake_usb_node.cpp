@@ -44,24 +44,9 @@ void UsbNode::pullOut() {
     claimed_ = 0;
 }
 
-void UsbNode::holdElsewhere(bool held) {
-    const std::lock_guard lock(mutex_);
-    heldElsewhere_ = held;
-}
-
-void UsbNode::shortenAnswers() {
-    const std::lock_guard lock(mutex_);
-    shortAnswers_ = true;
-}
-
 int UsbNode::claimedInterfaces() const {
     const std::lock_guard lock(mutex_);
     return std::popcount(claimed_);
-}
-
-bool UsbNode::wasDetachTried() const {
-    const std::lock_guard lock(mutex_);
-    return detachTried_;
 }
 
 gboolean UsbNode::handleIoctl(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer self) {

@@ -4,6 +4,7 @@
 #include <sys/ioctl.h>
 #include <umockdev.h>
 
+#include <atomic>
 #include <cstdint>
 #include <list>
 #include <memory>
@@ -29,13 +30,13 @@ class UsbNode {
     /// From now on every call answers ENODEV.
     void pullOut();
     /// From now on another driver holds the interfaces, or does so no longer.
-    void holdElsewhere(bool held = true);
+    void holdElsewhere(bool held = true) { heldElsewhere_ = held; }
     /// Answers to GET requests come one byte short.
-    void shortenAnswers();
+    void shortenAnswers() { shortAnswers_ = true; }
 
     [[nodiscard]] int claimedInterfaces() const;
     /// Whether anybody has tried to take a driver off an interface.
-    [[nodiscard]] bool wasDetachTried() const;
+    [[nodiscard]] bool wasDetachTried() const { return detachTried_; }
 
  private:
     /// A request between submission and reaping.
@@ -64,9 +65,9 @@ class UsbNode {
     std::list<Pending> pending_;
     std::uint32_t claimed_ = 0;  // a bit for each interface
     bool gone_ = false;
-    bool heldElsewhere_ = false;
-    bool shortAnswers_ = false;
-    bool detachTried_ = false;
+    std::atomic<bool> heldElsewhere_ = false;
+    std::atomic<bool> shortAnswers_ = false;
+    std::atomic<bool> detachTried_ = false;
 };
 
 }  // namespace fake

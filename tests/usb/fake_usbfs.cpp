@@ -69,8 +69,7 @@ Usbfs::~Usbfs() {
     }
 }
 
-void Usbfs::plug(const std::shared_ptr<simulator::CameraModel> &camera, std::uint8_t bus,
-                 const Ports &ports) {
+void Usbfs::plug(const Camera &camera, std::uint8_t bus, const Ports &ports) {
     const DeviceImage image{camera->deviceDescriptor(), camera->configurationDescriptor(),
                             camera->options().productName, true};
     camera->plugIn();
@@ -80,7 +79,7 @@ void Usbfs::plug(const std::shared_ptr<simulator::CameraModel> &camera, std::uin
     cameras_[camera] = {std::move(syspath), std::move(devnode), std::move(node), nullptr};
 }
 
-void Usbfs::unplug(const std::shared_ptr<simulator::CameraModel> &camera) {
+void Usbfs::unplug(const Camera &camera) {
     Plugged &plugged = cameras_.at(camera);
     plugged.node->pullOut();
     removeDriver(plugged);
@@ -94,11 +93,11 @@ void Usbfs::plugImage(const DeviceImage &image, std::uint8_t bus, const Ports &p
     addDevice(image, bus, ports);
 }
 
-UsbNode &Usbfs::nodeOf(const std::shared_ptr<simulator::CameraModel> &camera) {
+UsbNode &Usbfs::nodeOf(const Camera &camera) {
     return *cameras_.at(camera).node;
 }
 
-std::string Usbfs::nodeFileOf(const std::shared_ptr<simulator::CameraModel> &camera) {
+std::string Usbfs::nodeFileOf(const Camera &camera) {
     return fileOf(cameras_.at(camera).devnode);
 }
 
@@ -115,7 +114,7 @@ int Usbfs::claimedInterfaces() const {
     return claimed;
 }
 
-void Usbfs::bindDriver(const std::shared_ptr<simulator::CameraModel> &camera, bool metadataFirst) {
+void Usbfs::bindDriver(const Camera &camera, bool metadataFirst) {
     Plugged &plugged = cameras_.at(camera);
     plugged.node->holdElsewhere();
 
@@ -142,7 +141,7 @@ void Usbfs::addVideoNode(Bound &bound, UMockdevIoctlBase *handler) {
     umockdev_testbed_attach_ioctl(testbed_.get(), bound.nodes.back().c_str(), handler, nullptr);
 }
 
-void Usbfs::unbindDriver(const std::shared_ptr<simulator::CameraModel> &camera) {
+void Usbfs::unbindDriver(const Camera &camera) {
     removeDriver(cameras_.at(camera));
     cameras_.at(camera).node->holdElsewhere(false);
 }
@@ -157,11 +156,11 @@ void Usbfs::removeDriver(Plugged &plugged) {
     retiredDrivers_.push_back(std::move(bound->driver));
 }
 
-Uvcvideo &Usbfs::driverOf(const std::shared_ptr<simulator::CameraModel> &camera) {
+Uvcvideo &Usbfs::driverOf(const Camera &camera) {
     return *cameras_.at(camera).bound->driver;
 }
 
-std::vector<std::string> Usbfs::videoNodesOf(const std::shared_ptr<simulator::CameraModel> &camera) const {
+std::vector<std::string> Usbfs::videoNodesOf(const Camera &camera) const {
     const Plugged &plugged = cameras_.at(camera);
     return plugged.bound ? plugged.bound->nodes : std::vector<std::string>();
 }

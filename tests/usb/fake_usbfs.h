@@ -16,6 +16,8 @@
 
 namespace fake {
 
+using Camera = std::shared_ptr<simulator::CameraModel>;
+
 /// What one device shows of itself.
 struct DeviceImage {
     std::vector<std::uint8_t> deviceDescriptor;
@@ -39,25 +41,24 @@ class Usbfs {
     Usbfs(const Usbfs &) = delete;
     Usbfs &operator=(const Usbfs &) = delete;
 
-    void plug(const std::shared_ptr<simulator::CameraModel> &camera, std::uint8_t bus, const Ports &ports);
-    void unplug(const std::shared_ptr<simulator::CameraModel> &camera);
+    void plug(const Camera &camera, std::uint8_t bus, const Ports &ports);
+    void unplug(const Camera &camera);
     /// Plugs in a device that stalls every request.
     void plugImage(const DeviceImage &image, std::uint8_t bus, const Ports &ports);
 
     /// The node behind a plugged camera.
-    [[nodiscard]] UsbNode &nodeOf(const std::shared_ptr<simulator::CameraModel> &camera);
+    [[nodiscard]] UsbNode &nodeOf(const Camera &camera);
     /// The file that the camera's node has outside the fake machine.
-    [[nodiscard]] std::string nodeFileOf(const std::shared_ptr<simulator::CameraModel> &camera);
+    [[nodiscard]] std::string nodeFileOf(const Camera &camera);
     [[nodiscard]] int claimedInterfaces() const;
 
     /// The kernel's camera driver takes the camera's VideoControl interface. Its two nodes, of which the
     /// first one takes pictures unless `metadataFirst`, get the next numbers that no node has had yet.
-    void bindDriver(const std::shared_ptr<simulator::CameraModel> &camera, bool metadataFirst = false);
-    void unbindDriver(const std::shared_ptr<simulator::CameraModel> &camera);
-    [[nodiscard]] Uvcvideo &driverOf(const std::shared_ptr<simulator::CameraModel> &camera);
+    void bindDriver(const Camera &camera, bool metadataFirst = false);
+    void unbindDriver(const Camera &camera);
+    [[nodiscard]] Uvcvideo &driverOf(const Camera &camera);
     /// The paths of the camera's video nodes, by number; of all cameras; and their files outside the machine.
-    [[nodiscard]] std::vector<std::string> videoNodesOf(
-        const std::shared_ptr<simulator::CameraModel> &camera) const;
+    [[nodiscard]] std::vector<std::string> videoNodesOf(const Camera &camera) const;
     [[nodiscard]] std::vector<std::string> videoNodes() const;
     [[nodiscard]] std::string fileOf(const std::string &node) const;
 
@@ -86,7 +87,7 @@ class Usbfs {
     void removeDriver(Plugged &plugged);
 
     GObjectPtr<UMockdevTestbed> testbed_;
-    std::map<std::shared_ptr<simulator::CameraModel>, Plugged> cameras_;
+    std::map<Camera, Plugged> cameras_;
     std::vector<std::unique_ptr<UsbNode>> retired_;  // nodes of pulled devices, which handles may still ask
     std::vector<std::unique_ptr<Uvcvideo>> retiredDrivers_;
     std::set<std::string> hubs_;

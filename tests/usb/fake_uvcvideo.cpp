@@ -82,32 +82,6 @@ Uvcvideo::~Uvcvideo() {
     g_signal_handlers_disconnect_by_data(metadata_.handler.get(), &metadata_);
 }
 
-void Uvcvideo::pullOut() {
-    const std::lock_guard lock(mutex_);
-    gone_ = true;
-}
-
-void Uvcvideo::answerBusy(int times) {
-    const std::lock_guard lock(mutex_);
-    busyAnswers_ = times;
-}
-
-void Uvcvideo::offerExposureModes(unsigned modes, std::int32_t standard) {
-    const std::lock_guard lock(mutex_);
-    exposureModes_ = modes;
-    exposureMode_ = standard;
-}
-
-int Uvcvideo::busyAnswersLeft() const {
-    const std::lock_guard lock(mutex_);
-    return busyAnswers_;
-}
-
-std::int32_t Uvcvideo::exposureMode() const {
-    const std::lock_guard lock(mutex_);
-    return exposureMode_;
-}
-
 gboolean Uvcvideo::handleIoctl(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer data) {
     const Node &node = *static_cast<Node *>(data);
     const int error = node.driver->answer(client, node);

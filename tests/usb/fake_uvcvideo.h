@@ -3,6 +3,7 @@
 #include <linux/videodev2.h>
 #include <umockdev.h>
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -32,14 +33,16 @@ class Uvcvideo {
     [[nodiscard]] UMockdevIoctlBase *metadataHandler() const { return metadata_.handler.get(); }
 
     /// From now on every call answers ENODEV: the camera or the driver has gone.
-    void pullOut();
+    void pullOut() { gone_ = true; }
     /// So many control calls to come answer EBUSY, as for a camera that is not ready.
-    void answerBusy(int times);
+    void answerBusy(int times) { busyAnswers_ = times; }
     /// Gives the camera an exposure mode, which the simulated one lacks: a bit for each of V4L2's modes.
-    void offerExposureModes(unsigned modes, std::int32_t standard);
+    void offerExposureModes(unsigned modes, std::int32_t standard) {
+        exposureModes_ = modes;
+        exposureMode_ = standard;
+    }
 
-    [[nodiscard]] int busyAnswersLeft() const;
-    [[nodiscard]] std::int32_t exposureMode() const;
+    [[nodiscard]] std::int32_t exposureMode() const { return exposureMode_; }
 
  private:
     struct Node {
@@ -82,10 +85,10 @@ class Uvcvideo {
     Node capture_;
     Node metadata_;
     std::map<ControlKey, Limits> limits_;
-    unsigned exposureModes_ = 0;
-    std::int32_t exposureMode_ = 0;
-    int busyAnswers_ = 0;
-    bool gone_ = false;
+    std::atomic<unsigned> exposureModes_ = 0;
+    std::atomic<std::int32_t> exposureMode_ = 0;
+    std::atomic<int> busyAnswers_ = 0;
+    std::atomic<bool> gone_ = false;
 };
 
 }  // namespace fake

@@ -3,20 +3,18 @@
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/types.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
-#include "support/without_rights.h"
-#include "usb/contract.h"
-#include "usb/fake_usbfs.h"
 #include "usb/linux/interface_report.h"
 #include "usb/linux/linux_video_control.h"
 #include "usb/linux/program_scan.h"
+#include "usb/usbfs_rig.h"
 
 namespace {
 
@@ -32,70 +30,8 @@ using usb::Outcome;
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// How many of this process's open files are `path`.
-int openFiles(const std::string &path) {
-    namespace fs = std::filesystem;
-    int count = 0;
-    std::error_code error;
-    const fs::path file = fs::canonical(path);
-    for (const auto &entry : fs::directory_iterator("/proc/self/fd"))
-        if (fs::read_symlink(entry.path(), error) == file) ++count;
-    return count;
-}
-
-/// `bound`: the kernel's driver takes each camera as soon as it is plugged in.
-class LinuxRig : public contract::Rig {
- public:
-    explicit LinuxRig(bool bound) : bound_(bound) {}
-
-    [[nodiscard]] const usb::DeviceRegistry &registry() const override { return *registry_; }
-    void dropRegistry() override { registry_.reset(); }
-
-    void plug(const Camera &camera, std::uint8_t bus, const Ports &ports) override {
-        usbfs.plug(camera, bus, ports);
-        if (bound_) usbfs.bindDriver(camera);
-    }
-    void unplug(const Camera &camera) override { usbfs.unplug(camera); }
-    void plugKeyboard(std::uint8_t bus, const Ports &ports) override {
-        usbfs.plugImage(fake::keyboardImage(), bus, ports);
-    }
-
-    void holdElsewhere(const Camera &camera) override {
-        if (bound_) usbfs.unbindDriver(camera);
-        usbfs.nodeOf(camera).holdElsewhere();
-    }
-    void withoutRights(const Camera &camera, const std::function<void()> &action) override {
-        const support::WithoutRights guard(filesOf(camera));
-        action();
-    }
-    /// All files that lead to the camera.
-    [[nodiscard]] std::vector<std::string> filesOf(const Camera &camera) {
-        std::vector<std::string> files{usbfs.nodeFileOf(camera)};
-        for (const std::string &node : usbfs.videoNodesOf(camera)) files.push_back(usbfs.fileOf(node));
-        return files;
-    }
-
-    [[nodiscard]] int openInterfaces() const override {
-        int open = usbfs.claimedInterfaces();
-        for (const std::string &node : usbfs.videoNodes()) open += openFiles(usbfs.fileOf(node));
-        return open;
-    }
-
-    fake::Usbfs usbfs;
-
- private:
-    bool bound_;
-    std::unique_ptr<usb::LinuxRegistry> registry_ = std::make_unique<usb::LinuxRegistry>();
-};
-
-class DriverBoundRig : public LinuxRig {
- public:
-    DriverBoundRig() : LinuxRig(true) {}
-};
-class NoDriverRig : public LinuxRig {
- public:
-    NoDriverRig() : LinuxRig(false) {}
-};
+using DriverBoundRig = contract::UsbfsRig<usb::LinuxRegistry, true>;
+using NoDriverRig = contract::UsbfsRig<usb::LinuxRegistry>;
 
 }  // namespace
 
@@ -111,6 +47,13 @@ class LinuxRegistryTest : public testing::Test {
     std::unique_ptr<usb::VideoControl> interfaceAt(std::uint32_t locationId) {
         const auto device = contract::deviceAt(rig, locationId);
         return device ? device->videoControl() : nullptr;
+    }
+
+    /// That of the camera, plugged in and taken by the driver.
+    std::unique_ptr<usb::VideoControl> boundInterface() {
+        rig.plug(camera, 1, kPorts);
+        rig.usbfs.bindDriver(camera);
+        return interfaceAt(kLocation);
     }
 
     /// Opens, sends and closes, as the camera library does for each request.
@@ -153,9 +96,7 @@ TEST_F(LinuxRegistryTest, TakesTheOtherWayAsSoonAsTheDriverComesOrGoes) {
 }
 
 TEST_F(LinuxRegistryTest, GoesOnThroughLibusbWhenTheDriverGoesUnderAnOpenInterface) {
-    rig.plug(camera, 1, kPorts);
-    rig.usbfs.bindDriver(camera);
-    const auto control = interfaceAt(kLocation);
+    const auto control = boundInterface();
     ASSERT_NE(control, nullptr);
     ASSERT_EQ(control->open(), Outcome::done);
 
@@ -193,9 +134,7 @@ TEST_F(LinuxRegistryTest, MovesTheRightOneOfTwoEqualCamerasWhateverTheirNodesAre
 }
 
 TEST_F(LinuxRegistryTest, AsksACameraThatIsNotReadyAgainButNotForEver) {
-    rig.plug(camera, 1, kPorts);
-    rig.usbfs.bindDriver(camera);
-    const auto control = interfaceAt(kLocation);
+    const auto control = boundInterface();
     ASSERT_NE(control, nullptr);
     rig.usbfs.driverOf(camera).answerBusy(5);
     EXPECT_EQ(setZoom(*control, 10), Outcome::done);
@@ -211,9 +150,7 @@ TEST_F(LinuxRegistryTest, AsksACameraThatIsNotReadyAgainButNotForEver) {
 }
 
 TEST_F(LinuxRegistryTest, AnswersForTheDriverWhatItsOwnRequestsWouldSay) {
-    rig.plug(camera, 1, kPorts);
-    rig.usbfs.bindDriver(camera);
-    const auto control = interfaceAt(kLocation);
+    const auto control = boundInterface();
     ASSERT_NE(control, nullptr);
     struct Row {
         std::uint8_t request;
@@ -233,9 +170,7 @@ TEST_F(LinuxRegistryTest, AnswersForTheDriverWhatItsOwnRequestsWouldSay) {
 }
 
 TEST_F(LinuxRegistryTest, RefusesWithoutATransferWhatV4l2CannotSay) {
-    rig.plug(camera, 1, kPorts);
-    rig.usbfs.bindDriver(camera);
-    const auto control = interfaceAt(kLocation);
+    const auto control = boundInterface();
     ASSERT_NE(control, nullptr);
     const std::vector<usb::SetupPacket> requests{
         getRequest(0x81, 1, 0x01, 1),     // scanning-mode: not mapped
@@ -280,9 +215,7 @@ TEST_F(LinuxRegistryTest, TakesV4l2sWhiteBalanceForTheOneThatTheCameraHas) {
 }
 
 TEST_F(LinuxRegistryTest, RenumbersTheExposureModeAndTellsTheModesThatTheCameraHas) {
-    rig.plug(camera, 1, kPorts);
-    rig.usbfs.bindDriver(camera);
-    const auto control = interfaceAt(kLocation);
+    const auto control = boundInterface();
     ASSERT_NE(control, nullptr);
     rig.usbfs.driverOf(camera).offerExposureModes(0b1010, 3);  // manual; aperture priority by default
 
@@ -382,24 +315,17 @@ TEST(ProgramScan, TellsAProgramThatHasTheFileInItsMemory) {
 TEST_F(LinuxRegistryTest, ReportsTheProgramThatHasTheNodeOpen) {
     rig.plug(camera, 1, kPorts);
     rig.usbfs.bindDriver(camera);
-    // A shell that waits with the file open, until its input ends.
-    std::array<int, 2> ends{};
-    ASSERT_EQ(::pipe(ends.data()), 0);
-    const std::string command =
-        "exec 9<'" + rig.usbfs.fileOf(rig.usbfs.videoNodesOf(camera).front()) + "'; echo ok >&8; read end";
-    std::array<int, 2> ready{};
-    ASSERT_EQ(::pipe(ready.data()), 0);
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::dup2(ends[0], 0);
-        ::dup2(ready[1], 8);
-        ::close(ends[1]);
-        ::execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
-        ::_exit(127);
-    }
-    ASSERT_GT(child, 0);
-    std::array<char, 3> word{};
-    EXPECT_EQ(::read(ready[0], word.data(), word.size()), 3);
+    // A shell that holds the file open until its input ends, and then says no more.
+    const std::string ready = testing::TempDir() + "node-is-open";
+    const std::string command = "exec 9<'" + rig.usbfs.fileOf(rig.usbfs.videoNodesOf(camera).front()) +
+                                "'; echo $$ >'" + ready + ".new'; mv '" + ready + ".new' '" + ready +
+                                "'; read end";
+    std::FILE *const shell = ::popen(command.c_str(), "w");
+    ASSERT_NE(shell, nullptr);
+    while (!std::filesystem::exists(ready)) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    pid_t child = 0;
+    std::ifstream(ready) >> child;
+    std::filesystem::remove(ready);
 
     const auto report = inspect(kLocation);
     ASSERT_TRUE(report.has_value());
@@ -408,8 +334,7 @@ TEST_F(LinuxRegistryTest, ReportsTheProgramThatHasTheNodeOpen) {
     EXPECT_EQ(report->programs.front().name, "sh");
     EXPECT_FALSE(report->programs.front().streams);
 
-    for (const int end : {ends[0], ends[1], ready[0], ready[1]}) ::close(end);
-    EXPECT_EQ(::waitpid(child, nullptr, 0), child);
+    ::pclose(shell);
     EXPECT_THAT(inspect(kLocation).value_or(usb::InterfaceReport()).programs, testing::IsEmpty());
 }
 
