@@ -84,6 +84,8 @@ TEST_P(Descriptors, FollowEachOtherToTheLastByteInTheRightOrder) {
 TEST_P(Descriptors, HaveTotalsThatAddUp) {
     ASSERT_EQ(all.size(), 15u);
     EXPECT_EQ(word(all[0], 2), camera.configurationDescriptor().size());
+    EXPECT_EQ(word(all[3], 3), GetParam());
+    EXPECT_EQ(all[5].size(), GetParam() == 0x0110 ? 13u : 11u) << "the processing unit of that version";
     EXPECT_EQ(word(all[3], 5), blockSize(all, 3));
     EXPECT_EQ(word(all[3], 5), camera.videoControlDescriptors().size());
     EXPECT_EQ(word(all[10], 4), blockSize(all, 10));

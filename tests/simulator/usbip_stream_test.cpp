@@ -120,6 +120,19 @@ TEST(UsbipStream, KeepsItsPaceAndSkipsWhatNobodyAskedFor) {
     EXPECT_GE(std::chrono::steady_clock::now() - start, 195ms + 500ms + 95ms) << "no burst to catch up";
 }
 
+TEST(UsbipStream, IsNotHeldUpByASlowControl) {
+    Bench bench;
+    bench.models[0]->setAnswerDelay(400ms);
+    Host host(bench);
+    ASSERT_TRUE(host.import());
+    ASSERT_TRUE(host.startStream());
+    host.send(submit(1, 0, kToHost, 8, wireSetup({0xA1, 0x81, 0x0D00, 0x0100, 8})));
+    host.send(submit(2, 2, kToHost, 16384) + submit(3, 2, kToHost, 16384) + submit(4, 2, kToHost, 16384) +
+              submit(5, 2, kToHost, 16384));
+    for (const std::uint32_t sequence : {2u, 3u, 4u, 5u, 1u})
+        EXPECT_EQ(host.reply(true).value_or(Reply{}).sequence, sequence);
+}
+
 TEST(RoomPicture, TurnsColoursIntoVideoLevels) {
     QImage picture(4, 2, QImage::Format_RGB32);
     picture.fill(Qt::black);

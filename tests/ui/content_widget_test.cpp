@@ -221,6 +221,15 @@ TEST_F(ContentWidgetTest, FailedWritesStillRefresh) {
     EXPECT_EQ(entries("pickerEscena"), QStringList({"Mesa", "Nueva"}));
 }
 
+TEST_F(ContentWidgetTest, ContentIsWithinItsLimitsWhateverIsAsked) {
+    start();
+    for (const int width : {100, 700, 2000}) {
+        widget_->resize(width, width);
+        EXPECT_EQ(widget_->height(), 200);
+        EXPECT_EQ(widget_->width(), std::clamp(width, 600, 800));
+    }
+}
+
 class ContentWidgetFont : public ContentWidgetTest, public testing::WithParamInterface<int> {
  protected:
     ContentWidgetFont() : usual_(QApplication::font()) {

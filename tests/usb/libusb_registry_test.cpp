@@ -87,6 +87,15 @@ TEST_F(LibusbRegistryTest, FindsNothingWhereNoConfigurationIsActive) {
     EXPECT_EQ(device->registryName(), std::nullopt);
 }
 
+TEST_F(LibusbRegistryTest, NeverTakesADriverOffTheInterface) {
+    rig.plug(camera, 1, {2});
+    rig.holdElsewhere(camera);
+    const auto interfaces = interfacesOf(rig);
+    ASSERT_EQ(interfaces.size(), 1u);
+    EXPECT_EQ(interfaces.front()->open(), Outcome::busy);
+    EXPECT_FALSE(rig.usbfs.nodeOf(camera).wasDetachTried());
+}
+
 TEST_F(LibusbRegistryTest, TakesAShortAnswerForAFailure) {
     rig.plug(camera, 1, {2});
     rig.usbfs.nodeOf(camera).shortenAnswers();
