@@ -109,8 +109,9 @@ std::optional<std::string> getPanTiltPosition() {
 }
 
 bool setPanTiltPosition(std::int32_t pan, std::int32_t tilt) {
-    return writeValue(UVCTerminalControlPanTiltAbsolute,
-                      "{" + std::to_string(pan) + "," + std::to_string(tilt) + "}");
+    std::string text("{");
+    text.append(std::to_string(pan)).append(",").append(std::to_string(tilt)).append("}");
+    return writeValue(UVCTerminalControlPanTiltAbsolute, text);
 }
 
 std::optional<std::string> getZoomPosition() {
@@ -118,7 +119,9 @@ std::optional<std::string> getZoomPosition() {
 }
 
 bool setZoomPosition(std::int32_t zoom) {
-    return writeValue(UVCTerminalControlZoomAbsolute, "{" + std::to_string(zoom) + "}");
+    std::string text("{");
+    text.append(std::to_string(zoom)).append("}");
+    return writeValue(UVCTerminalControlZoomAbsolute, text);
 }
 
 std::optional<std::string> getPanTiltData() {
