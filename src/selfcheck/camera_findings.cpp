@@ -113,7 +113,7 @@ Line programsLine(const Facts &facts) {
     std::string names;
     for (const usb::ProgramHolding &program : access.programs)
         names += (names.empty() ? "" : ", ") + scenes::repairUtf8(program.name) + " (proceso " +
-                 std::to_string(program.processId) + ")";
+                 std::to_string(program.processId) + (program.streams ? ", recibiendo imagen)" : ")");
     // One that reaches the camera by USB, past the kernel's driver, does stand in the way.
     if (usesKernelDriver(facts)) detail += (detail.empty() ? "" : " ") + std::string("No impiden moverla.");
     return {State::Information, "Programas que tienen abierta la cámara: " + names, detail};

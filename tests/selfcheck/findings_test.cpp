@@ -117,9 +117,10 @@ TEST_F(FindingsTest, MissingRightsNameTheFileAndTheRemedy) {
 
 TEST_F(FindingsTest, DriversAndProgramsAreNamed) {
     plug();
-    access_->programs = {{4711, "reunion"}, {4712, "grabador\xff"}};
+    access_->programs = {{4711, "reunion", true}, {4712, "grabador\xff", false}};
     access_->sawEveryProgram = false;
-    EXPECT_THAT(text(), AllOf(HasSubstr("(uvcvideo) gestiona la cámara"), HasSubstr("reunion (proceso 4711)"),
+    EXPECT_THAT(text(), AllOf(HasSubstr("(uvcvideo) gestiona la cámara"),
+                              HasSubstr("reunion (proceso 4711, recibiendo imagen)"),
                               HasSubstr("grabador\uFFFD (proceso 4712)"), HasSubstr("otros usuarios")));
     access_->driver = "usbfs";
     access_->access = usb::Outcome::busy;
