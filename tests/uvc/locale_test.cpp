@@ -64,6 +64,6 @@ int main(int argc, char **argv) {
     setenv("LC_ALL", "es_ES.UTF-8", 1);
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
 
-    const QApplication application(argc, argv);  // takes over the session's locale
+    const QApplication application(argc, argv);  // takes over the environment's locale
     return RUN_ALL_TESTS();
 }
