@@ -73,7 +73,7 @@ class LinuxRegistryTest : public testing::Test {
     }
 
     NoDriverRig rig;
-    const usb::LinuxRegistry registry;
+    const usb::LinuxRegistry registry{};
     Camera camera = std::make_shared<CameraModel>();
     static constexpr std::uint32_t kLocation = 0x01200000;
     const Ports kPorts{2};
