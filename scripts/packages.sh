@@ -1,16 +1,25 @@
-# Sourced by run and test. Installs Debian packages that are missing, and says so; quiet when nothing is.
+# Sourced by run, test and scripts. Installs Debian packages that are missing, and says so; quiet when nothing is.
+# Each package is named once.
 
 BUILD_PACKAGES=(
-    g++ cmake ninja-build pkg-config qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl-dev qt6-translations-l10n
+    g++ cmake ninja-build pkgconf qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl-dev qt6-translations-l10n
     libusb-1.0-0-dev libssl-dev nlohmann-json3-dev
 )
 # What the program calls or loads while it runs, and a font to write with.
-RUN_PACKAGES=(bash zip unzip libqt6svg6 qt6-translations-l10n qt6-wayland xdg-utils fonts-dejavu-core)
-TEST_PACKAGES=(libgtest-dev libgmock-dev libumockdev-dev umockdev locales python3 openssl zip unzip)
+RUN_PACKAGES=(zip unzip qt6-wayland xdg-utils fonts-dejavu-core)
+# Qt's icons need the SVG plugin: Debian 12 has it in the library's package, later ones in a package of its own.
+case $(. /etc/os-release && echo "${VERSION_ID:-}") in
+    12) RUN_PACKAGES+=(libqt6svg6) ;;
+    *) RUN_PACKAGES+=(qt6-svg-plugins) ;;
+esac
+TEST_PACKAGES=(libgtest-dev libgmock-dev libumockdev-dev umockdev locales python3)
 # To boot Debian's kernel in an emulated machine, and what the tests call in there.
 KERNEL_PACKAGES=(qemu-system-x86 busybox-static cpio kmod udev usbip v4l-utils iproute2 util-linux)
-TOUR_PACKAGES=(xvfb openbox xdotool imagemagick x11-utils)
+# xvfb-run calls xauth, which xvfb only recommends.
+TOUR_PACKAGES=(xvfb xauth openbox xdotool imagemagick x11-utils)
 
+# need_packages PACKAGE...: installs what is missing. One call with all that a script needs: where nobody here may
+# install, it ends with the command for somebody who may, and that command is to be the only one.
 need_packages() {
     local missing=() package
     for package in "$@"; do
@@ -21,16 +30,28 @@ need_packages() {
     done
     [ ${#missing[@]} -eq 0 ] && return 0
 
-    echo "Installing Debian packages: ${missing[*]}"
-    as_root apt-get update -qq
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+    if can_be_root; then
+        echo "Installing Debian packages: ${missing[*]}"
+        as_root apt-get update -qq &&
+            as_root env DEBIAN_FRONTEND=noninteractive \
+                apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null && return 0
+    fi
+    cat >&2 <<END
+Debian packages are missing and could not be installed from here. Have this command run as root, then start again:
+
+    apt-get update && apt-get install --no-install-recommends ${missing[*]}
+
+END
+    return 1
 }
+
+can_be_root() { [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null; }
 
 # as_root COMMAND...: runs it as root, by sudo where need be.
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
         "$@"
-    elif command -v sudo >/dev/null; then
+    elif can_be_root; then
         sudo "$@"
     else
         echo "This needs root: $*" >&2
@@ -43,6 +64,12 @@ build() {
     local preset=$1 log=build/$1-configure.log
     shift
     mkdir -p build
-    cmake --preset "$preset" "$@" >"$log" 2>&1 || { cat "$log" >&2; return 1; }
+    cmake --preset "$preset" -DCMAKE_CXX_COMPILER_LAUNCHER="$(compiler_cache)" "$@" >"$log" 2>&1 || { cat "$log" >&2; return 1; }
     cmake --build --preset "$preset"
+}
+
+# ccache where it is installed, unless g++ already stands for it; else nothing.
+compiler_cache() {
+    command -v ccache >/dev/null || return 0
+    [ "$(basename "$(realpath "$(command -v g++)")")" = ccache ] || echo ccache
 }
