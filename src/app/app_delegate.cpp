@@ -54,33 +54,25 @@ void AppDelegate::AcercaDe() {
 }
 
 void AppDelegate::Mover_Izquierda_Delegate() {
-    moveBy(-1, 0);
+    if (myContentView) Mover_Izquierda();
 }
 
 void AppDelegate::Mover_Derecha_Delegate() {
-    moveBy(1, 0);
+    if (myContentView) Mover_Derecha();
 }
 
 void AppDelegate::Mover_Arriba_Delegate() {
-    moveBy(0, 1);
+    if (myContentView) Mover_Arriba();
 }
 
 void AppDelegate::Mover_Abajo_Delegate() {
-    moveBy(0, -1);
+    if (myContentView) Mover_Abajo();
 }
 
 void AppDelegate::Mover_ZoomIn_Delegate() {
-    zoomBy(10);
+    if (myContentView) myContentView->Mover_ZoomIn();
 }
 
 void AppDelegate::Mover_ZoomOut_Delegate() {
-    zoomBy(-10);
-}
-
-void AppDelegate::moveBy(std::int64_t panStep, std::int64_t tiltStep) {
-    if (myContentView) moveCameraBy(panStep, tiltStep);
-}
-
-void AppDelegate::zoomBy(std::int64_t step) {
-    if (myContentView) myContentView->ZoomMove(step);
+    if (myContentView) myContentView->Mover_ZoomOut();
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -41,9 +40,6 @@ class AppDelegate {
     [[nodiscard]] MainWindow *mainWindow() const { return window.get(); }
 
  private:
-    void moveBy(std::int64_t panStep, std::int64_t tiltStep);
-    void zoomBy(std::int64_t step);
-
     // In this order: the window draws the view and must go first.
     std::unique_ptr<ContentView> myContentView;
     std::unique_ptr<MainWindow> window;

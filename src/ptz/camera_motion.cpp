@@ -115,3 +115,19 @@ void moveCameraBy(std::int64_t panStep, std::int64_t tiltStep) {
     ZEL_SetPanTiltPosition(platform::checkedAdd(platform::valueFor(position, "Pan_Value"), panStep),
                            platform::checkedAdd(platform::valueFor(position, "Tilt_Value"), tiltStep));
 }
+
+void Mover_Izquierda() {
+    moveCameraBy(-1, 0);
+}
+
+void Mover_Derecha() {
+    moveCameraBy(1, 0);
+}
+
+void Mover_Arriba() {
+    moveCameraBy(0, 1);
+}
+
+void Mover_Abajo() {
+    moveCameraBy(0, -1);
+}

@@ -52,5 +52,13 @@ void ZEL_SetPanTiltPosition(std::int64_t Pan, std::int64_t Tilt);
 /// Changes the zoom by `avance` raw units, not below 0. A zoom above the signed 32-bit range is a fatal stop.
 void ZoomMove(std::int64_t avance);
 
-/// Moves by whole display units from where the camera points; no clamping.
+/// Moves by whole display units from where the camera points. Nothing is clamped here; a sum that overflows
+/// is a fatal stop.
 void moveCameraBy(std::int64_t panStep, std::int64_t tiltStep);
+
+/// The menu's moves: one display unit, finer than the window's buttons. Those of the zoom belong to the
+/// window's state (ContentView).
+void Mover_Izquierda();
+void Mover_Derecha();
+void Mover_Arriba();
+void Mover_Abajo();

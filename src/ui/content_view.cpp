@@ -143,6 +143,14 @@ void ContentView::ZoomMove(std::int64_t avance) {
     ::ZoomMove(avance);
 }
 
+void ContentView::Mover_ZoomIn() {
+    ZoomMove(10);
+}
+
+void ContentView::Mover_ZoomOut() {
+    ZoomMove(-10);
+}
+
 void ContentView::observeAllFields(const std::function<void()> &observer) {
     const auto watch = [&observer](auto &...fields) {
         (fields.observe([observer](const auto &) { observer(); }), ...);

@@ -49,6 +49,9 @@ class ContentView {
 
     /// Changes the zoom by `avance` raw units (see ptz/camera_motion.h).
     void ZoomMove(std::int64_t avance);
+    /// The menu's zoom moves: 10 raw units, finer than the window's buttons.
+    void Mover_ZoomIn();
+    void Mover_ZoomOut();
 
     /// Calls `observer` after every write to any field.
     void observeAllFields(const std::function<void()> &observer);

@@ -98,7 +98,7 @@ TEST_F(CameraMotion, StepsStartFromWhereTheCameraPoints) {
     ZEL_SetPanTiltPosition(20, 10);
     moveCameraBy(-AvanceRapidoPan, 0);
     EXPECT_EQ(ZEL_GetPanTiltPosition(), panTilt(12, 10));
-    moveCameraBy(0, 1);
+    Mover_Arriba();
     EXPECT_EQ(ZEL_GetPanTiltPosition(), panTilt(12, 11));
 }
 
