@@ -141,19 +141,25 @@ std::optional<Number<Wide>> scanInteger(std::uint32_t code, const char *text, co
     return Number<Wide>{value, static_cast<std::size_t>(consumed)};
 }
 
+/// Whether a whole number that does not fit the field becomes the nearest one that does. In all other fields
+/// it wraps: they keep its low bytes.
+bool isSaturated(std::uint32_t code) {
+    return isSignedComponent(code) && UVCTypeComponentByteSize(code) < sizeof(std::int64_t);
+}
+
 /// Rounds to a multiple of the step counted from zero, not from the minimum. The remainder has the value's
 /// sign, so a negative value always moves towards zero. Both are wanted.
 template <typename Wide>
-Wide roundToStep(Wide value, Wide step) {
+Wide roundToStep(std::uint32_t code, Wide value, Wide step) {
     if (step < 2) return value;
 
     const Wide remainder = static_cast<Wide>(value % step);
     if (remainder == 0) return value;
     if (remainder < step / 2) return static_cast<Wide>(value - remainder);
 
-    // May pass the end of 64 bits; it wraps there as it does in narrower fields.
-    return static_cast<Wide>(static_cast<std::uint64_t>(value) +
-                             static_cast<std::uint64_t>(step - remainder));
+    Wide sum = 0;
+    const bool hasWrapped = __builtin_add_overflow(value, static_cast<Wide>(step - remainder), &sum);
+    return hasWrapped && isSaturated(code) ? std::numeric_limits<Wide>::max() : sum;
 }
 
 template <typename Wide>
@@ -172,10 +178,10 @@ std::optional<std::size_t> scanNumber(std::uint32_t code, const char *text, void
         return number->consumed;
     }
 
-    if (limits.stepSize != nullptr) value = roundToStep(value, load<Wide>(code, limits.stepSize));
+    if (limits.stepSize != nullptr) value = roundToStep(code, value, load<Wide>(code, limits.stepSize));
 
-    // Whole numbers only, and signed ones only; everything else keeps its low bytes.
-    if (std::is_signed_v<Wide> && !isFloatingPoint)
+    // Not after a fraction: a step past the end of the type wraps there, which is wanted.
+    if (isSaturated(code) && !isFloatingPoint)
         value = std::clamp(value, lowest<Wide>(code), highest<Wide>(code));
     store(code, field, static_cast<std::uint64_t>(value));
     return number->consumed;

@@ -79,6 +79,7 @@ const Scanned kScans[] = {
     {"NotClampedAgain", S4, "500", {-95, 95, 10}, 3, "100"},
     {"SaturatedAfterStep", S1, "127", {none, none, 10}, 3, "127"},
     {"UnsignedWrapsAfterStep", U1, "255", {none, none, 10}, 3, "4"},
+    {"SaturatedWhenTheStepWraps", S4, "9223372036854775807", {none, none, 10}, 19, "2147483647"},
     {"WidestSigned", S8, "9223372036854775807", {none, none, 10}, 19, "-9223372036854775806"},
     // Fractions
     {"Half", U2, "0.5", {0, 1000}, 3, "500"},
