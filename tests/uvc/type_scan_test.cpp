@@ -152,6 +152,7 @@ TEST(RecordScanLayout, FieldsAreScannedAtOddOffsets) {
     std::array<std::uint8_t, 12> buffer{};
     buffer[11] = 0x5A;
     EXPECT_TRUE(type->scanCString("{true,-2,0x1234}", buffer.data(), 0));
+    type->byteSwapHostToUSBEndian(buffer.data());
     EXPECT_EQ(buffer, (std::array<std::uint8_t, 12>{1, 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x34,
                                                     0x12, 0x5A}));
 }

@@ -47,14 +47,14 @@ TEST(Value, SwapFlagFollowsTheCallsAndBytesComeBack) {
 }
 
 TEST(Value, CopiesOnlyBetweenEqualTypesAndKeepsItsFlag) {
-    const auto from = valueOf("{S4 a; S4 b}", "{1,2}");
+    const auto from = valueOf("{S1 a; S1 b}", "{1,2}");
     from->byteSwapHostToUSBEndian();
-    const auto to = valueOf("{S4 pan; S4 tilt}");
+    const auto to = valueOf("{S1 pan; S1 tilt}");
     to->copyValue(from.get());
     EXPECT_EQ(to->stringValue(), "{pan=1,tilt=2}");
     EXPECT_FALSE(to->isSwappedToUSBEndian());
 
-    const auto other = valueOf("{U4 pan; U4 tilt}", "{7,8}");
+    const auto other = valueOf("{U1 pan; U1 tilt}", "{7,8}");
     to->copyValue(other.get());
     to->copyValue(nullptr);
     EXPECT_EQ(to->stringValue(), "{pan=1,tilt=2}");
@@ -88,7 +88,7 @@ TEST(Value, ScansWithOtherValuesAsLimits) {
 }
 
 TEST(Value, DescriptionShowsTypeAndBytes) {
-    const auto value = valueOf("{U2}", "300");
+    const auto value = valueOf("{U1 low; U1 high}", "{44,1}");
     const std::string text = value->description();
     EXPECT_EQ(text.find("UVCValue@0x"), 0u);
     const std::string tail = " { type: " + value->valueType()->description() + "; bytes: [2c:01] }";
