@@ -10,9 +10,6 @@
 #include "ptz/camera_motion.h"
 #include "ui/content_view.h"
 
-AppDelegate::AppDelegate() = default;
-AppDelegate::~AppDelegate() = default;
-
 void AppDelegate::applicationDidFinishLaunching() {
     myContentView = std::make_unique<ContentView>();
 
@@ -25,23 +22,17 @@ void AppDelegate::applicationDidFinishLaunching() {
     window->setWindowTitle(QString::fromUtf8(product::kApplicationName));
 }
 
-void AppDelegate::applicationWillTerminate() {}
-
 void AppDelegate::ImportPresets() {
-    importPresets();
+    importPresets([this](const std::string &commandLine) { return shell({commandLine}); });
 }
 
 void AppDelegate::ExportPresets() {
-    exportPresets();
+    exportPresets([this](const std::string &commandLine) { return shell({commandLine}); });
 }
 
 void AppDelegate::PaginaZEL() {
     std::puts("Menú!");
     platform::services().webPages->open(product::kRemoteTeachingPage);
-}
-
-void AppDelegate::PaginaMultimodal() {
-    platform::services().webPages->open(product::kBlendedLearningPage);
 }
 
 void AppDelegate::AcercaDe() {
@@ -51,6 +42,10 @@ void AppDelegate::AcercaDe() {
          .buttons = {"Aceptar"},
          .windowTitle = std::string("Versión ") + product::kVersion,
          .fieldText = std::nullopt});
+}
+
+void AppDelegate::PaginaMultimodal() {
+    platform::services().webPages->open(product::kBlendedLearningPage);
 }
 
 void AppDelegate::Mover_Izquierda_Delegate() {
@@ -75,4 +70,16 @@ void AppDelegate::Mover_ZoomIn_Delegate() {
 
 void AppDelegate::Mover_ZoomOut_Delegate() {
     if (myContentView) myContentView->Mover_ZoomOut();
+}
+
+void AppDelegate::applicationWillTerminate() {}
+
+AppDelegate::AppDelegate() = default;
+
+AppDelegate::~AppDelegate() {
+    window.reset();  // it draws the view, and so goes first
+}
+
+std::int32_t AppDelegate::shell(std::initializer_list<std::string> arguments) {
+    return platform::services().shell->run(arguments);
 }

@@ -11,15 +11,8 @@ class MainWindow;
 /// finished; both then stay for the life of the process. Lives on the user-interface thread.
 class AppDelegate {
  public:
-    AppDelegate();
-    ~AppDelegate();
-    AppDelegate(const AppDelegate &) = delete;
-    AppDelegate &operator=(const AppDelegate &) = delete;
-
     /// Loads the store, sends the camera to the first scene, and shows the window. Called once.
     void applicationDidFinishLaunching();
-    /// Does nothing: every change is on disk already, and the camera stays where it is.
-    void applicationWillTerminate();
 
     void ImportPresets();
     void ExportPresets();
@@ -36,11 +29,22 @@ class AppDelegate {
     void Mover_ZoomIn_Delegate();
     void Mover_ZoomOut_Delegate();
 
+    /// Does nothing: every change is on disk already, and the camera stays where it is.
+    void applicationWillTerminate();
+
+    AppDelegate();
+    ~AppDelegate();
+    AppDelegate(const AppDelegate &) = delete;
+    AppDelegate &operator=(const AppDelegate &) = delete;
+
     /// The main window; null until launching has finished.
     [[nodiscard]] MainWindow *mainWindow() const { return window.get(); }
 
  private:
-    // In this order: the window draws the view and must go first.
-    std::unique_ptr<ContentView> myContentView;
     std::unique_ptr<MainWindow> window;
+    std::unique_ptr<ContentView> myContentView;
+
+    /// Runs `arguments` through the system's shell (the first is the script) and blocks until it has ended;
+    /// its exit status.
+    std::int32_t shell(std::initializer_list<std::string> arguments);
 };

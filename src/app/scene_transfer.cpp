@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <string_view>
 #include <tuple>
+#include <utility>
 
 #include "platform/services.h"
 #include "scenes/scene_tree.h"
@@ -28,24 +29,26 @@ bool confirm(const char *message, const char *information, std::vector<std::stri
         .isFirstButton();
 }
 
-void packStore(const std::string &chosenPath) {
+void packStore(const CommandRunner &run, const std::string &chosenPath) {
     std::puts(chosenPath.c_str());
     const auto documents = platform::services().folders->documents();
     if (!documents) return;
 
     const std::string command = "cd " + *documents + " && zip -r " + chosenPath + ".prs " + PresetsFolder;
     std::puts(command.c_str());
-    shell({command});
+    run(command);
 }
 
 }  // namespace
 
-void exportPresets() {
+void exportPresets(CommandRunner run) {
     const std::string today = QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd")).toStdString();
-    platform::services().panels->beginSavePanel(today, platform::services().folders->documents(), &packStore);
+    platform::services().panels->beginSavePanel(
+        today, platform::services().folders->documents(),
+        [run = std::move(run)](const std::string &chosenPath) { packStore(run, chosenPath); });
 }
 
-void importPresets() {
+void importPresets(const CommandRunner &run) {
     std::ignore =
         confirm("AVISO IMPORTANTE",
                 "El fichero a importar tiene que estar en la carpeta de DESCARGAS para que la importación "
@@ -67,13 +70,9 @@ void importPresets() {
 
     const std::string command = "ditto -v -V -k -x " + *chosen + " " + *documents + "/" + PresetsFolder;
     std::printf("Ejecutando: %s\n", command.c_str());
-    shell({command});
+    run(command);
 
     // Success is told whatever the command did: its status is not looked at.
     std::ignore = confirm("Importación", "Importación realizada con éxito. Por favor REINICIE la aplicación.",
                           {"Aceptar"});
-}
-
-std::int32_t shell(std::initializer_list<std::string> arguments) {
-    return platform::services().shell->run(arguments);
 }

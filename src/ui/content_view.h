@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "ui/element_list.h"
 #include "ui/observable.h"
 
 /// The main window's state, and the cascade that rebuilds the three lists and sends the camera to the
@@ -15,6 +16,11 @@
 /// name. An index outside its list, or a name missing from the tree, is a fatal stop.
 class ContentView {
  public:
+    /// A level of the tree for a view that shows it on its own. ContentView keeps its selection in its fields
+    /// and creates none of these.
+    class L_Grupos : public ElementList {};
+    class L_Subgrupos : public ElementList {};
+
     /// Loads the scene tree from disk and refreshes everything: the camera goes to the first scene.
     ContentView();
     ContentView(const ContentView &) = delete;

@@ -1,4 +1,4 @@
-#include "app/scene_transfer.h"
+#include "app/app_delegate.h"
 
 #include <gmock/gmock.h>
 
@@ -35,7 +35,7 @@ class SceneTransfer : public ApplicationTest {
 TEST_F(SceneTransfer, ExportRunsTheUnquotedCommandAndPrintsIt) {
     panels_->savePath = "/tmp/mi copia";
     CaptureStdout();
-    exportPresets();
+    AppDelegate().ExportPresets();
     const std::string command = "cd " + documents_.path().string() + " && zip -r /tmp/mi copia.prs Presets";
     EXPECT_EQ(GetCapturedStdout(), "/tmp/mi copia\n" + command + "\n");
     EXPECT_THAT(shell_->ran, ElementsAre(ElementsAre(command)));
@@ -45,10 +45,10 @@ TEST_F(SceneTransfer, ExportRunsTheUnquotedCommandAndPrintsIt) {
 }
 
 TEST_F(SceneTransfer, ExportEndsSilentlyWhenCancelledOrWithoutDocuments) {
-    exportPresets();
+    AppDelegate().ExportPresets();
     panels_->savePath = "/tmp/copia";
     documents_.setDocumentsMissing(true);
-    exportPresets();
+    AppDelegate().ExportPresets();
     EXPECT_TRUE(shell_->ran.empty());
     EXPECT_TRUE(alerts_.shown().empty());
 }
@@ -57,7 +57,7 @@ TEST_F(SceneTransfer, ImportWarnsAsksRunsAndReportsSuccessWhateverHappened) {
     panels_->openPath = "/tmp/escenas.prs";
     for (int i = 0; i < 3; ++i) alerts_.accept();
     CaptureStdout();
-    importPresets();
+    AppDelegate().ImportPresets();
     const std::string command =
         "ditto -v -V -k -x /tmp/escenas.prs " + documents_.path().string() + "/Presets";
     EXPECT_EQ(GetCapturedStdout(), "Ejecutando: " + command + "\n");
@@ -93,7 +93,7 @@ TEST_F(SceneTransfer, ImportStopsAtEveryNo) {
         panels_->openPath = row.path;
         documents_.setDocumentsMissing(row.documentsMissing);
         CaptureStdout();
-        importPresets();
+        AppDelegate().ImportPresets();
         EXPECT_EQ(GetCapturedStdout(), row.printed) << row.name;
         EXPECT_EQ(alerts.shown().size(), row.alerts) << row.name;
         EXPECT_TRUE(shell_->ran.empty()) << row.name;

@@ -7,7 +7,6 @@
 #include <functional>
 
 #include "store_fixture.h"
-#include "ui/element_lists.h"
 
 namespace {
 
@@ -144,8 +143,8 @@ TEST_F(ContentViewTest, ACameraThatRefusesTheZoomEndsTheProgramWithTheDialog) {
 }
 
 TEST(ElementLists, TellWatchersOfTheirSelectionAndHaveAnIdEach) {
-    L_Grupos centres;
-    L_Subgrupos rooms;
+    ContentView::L_Grupos centres;
+    ContentView::L_Subgrupos rooms;
     std::vector<std::int64_t> seen;
     centres.selectedElemento.observe([&](std::int64_t value) { seen.push_back(value); });
     centres.actualizaLista({"Norte", "Sur"});

@@ -8,8 +8,7 @@
 
 class ContentView;
 
-/// A list of names with one of them selected, for views that show a level of the tree on their own. The main
-/// window keeps its selection in ContentView and creates none of these.
+/// A list of names with one of them selected: what ContentView's L_Grupos and L_Subgrupos have in common.
 class ElementList {
  public:
     ElementList();
@@ -24,6 +23,3 @@ class ElementList {
     [[nodiscard]] const std::vector<std::string> &listaNames() const { return Lista; }
     [[nodiscard]] std::int64_t elementosCount() const { return static_cast<std::int64_t>(Lista.size()); }
 };
-
-class L_Grupos : public ElementList {};
-class L_Subgrupos : public ElementList {};

@@ -1,4 +1,4 @@
-#include "ui/element_lists.h"
+#include "ui/element_list.h"
 
 #include <QUuid>
 
