@@ -23,16 +23,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kMargin = 8;
-constexpr int kSpacing = 2;
+constexpr int kMargin = 6;
+constexpr int kLineSpacing = 2;
+constexpr int kItemSpacing = 6;
 constexpr int kBottomSpacer = 5;
-constexpr int kColumnGap = 6;
-constexpr int kButtonPadding = 26;
+constexpr int kButtonPadding = 18;
 constexpr double kSmallestFont = 6;
 
 QHBoxLayout *makeCentredRow(std::initializer_list<QWidget *> items) {
     auto *row = new QHBoxLayout;
-    row->setSpacing(kMargin);
+    row->setSpacing(kItemSpacing);
     row->addStretch();
     for (QWidget *item : items) row->addWidget(item);
     row->addStretch();
@@ -87,7 +87,7 @@ ContentWidget::ContentWidget(ContentView &view, QWidget *parent) : QWidget(paren
     setMaximumSize(kMaximumWidth, kHeight);
 
     auto *mainRow = new QHBoxLayout;
-    mainRow->setSpacing(kColumnGap);
+    mainRow->setSpacing(0);
     leftColumn_ = makeLeftColumn();
     rightColumn_ = makeRightColumn();
     mainRow->addWidget(leftColumn_);
@@ -133,7 +133,7 @@ bool ContentWidget::contentsFit() const {
     for (QWidget *column : {leftColumn_, rightColumn_}) column->layout()->invalidate();
     const QSize left = leftColumn_->layout()->totalMinimumSize();
     const QSize right = rightColumn_->layout()->totalMinimumSize();
-    return left.width() + kColumnGap + right.width() <= kMinimumWidth &&
+    return left.width() + right.width() <= kMinimumWidth &&
            std::max(left.height(), right.height()) + kBottomSpacer <= kHeight;
 }
 
@@ -161,8 +161,8 @@ QWidget *ContentWidget::makeLeftColumn() {
                           [this] { view_.ZoomMove(-AvanceRapidoZoom); });
 
     auto *stack = new QVBoxLayout(column);
-    stack->setContentsMargins(kMargin, kMargin, kMargin, kMargin - kBottomSpacer);
-    stack->setSpacing(kSpacing);
+    stack->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    stack->setSpacing(kLineSpacing);
     stack->addLayout(makeCentredRow({makeLogo(column, u"LogoZEL"_s, {80, 60}, u"Logotipo de Zelvoria"_s),
                                      makeLogo(column, u"LogoKAV"_s, {100, 40}, u"Logotipo de KAV"_s)}));
     stack->addStretch();
@@ -176,8 +176,8 @@ QWidget *ContentWidget::makeLeftColumn() {
 QWidget *ContentWidget::makeRightColumn() {
     auto *column = new QWidget(this);
     auto *grid = new QGridLayout(column);
-    grid->setContentsMargins(0, kMargin, kMargin, kMargin - kBottomSpacer);
-    grid->setHorizontalSpacing(kColumnGap);
+    grid->setContentsMargins(0, 0, kMargin, 0);
+    grid->setHorizontalSpacing(kItemSpacing);
     grid->setColumnStretch(1, 1);
 
     const std::array<Row *, 3> rows{&centre_, &room_, &scene_};

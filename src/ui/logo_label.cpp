@@ -1,5 +1,6 @@
 #include "ui/logo_label.h"
 
+#include <QAccessibleWidget>
 #include <QPainter>
 #include <QSvgRenderer>
 
@@ -18,6 +19,8 @@ constexpr int kMargin = 4;
 LogoLabel::LogoLabel(const QString &asset, QSize pictureSize, QWidget *parent)
     : QWidget(parent), asset_(asset) {
     initAssets();
+    // A picture to screen readers, which take a plain widget for filling. Qt's cache owns the interface.
+    QAccessible::registerAccessibleInterface(new QAccessibleWidget(this, QAccessible::Graphic));
     setFixedSize(pictureSize + QSize(2 * kMargin, 2 * kMargin));
 }
 

@@ -1,10 +1,11 @@
 #include "ui/picker.h"
 
+#include <QHelpEvent>
 #include <QListView>
 #include <QProxyStyle>
-#include <QScreen>
 #include <QSignalBlocker>
 #include <QStylePainter>
+#include <QToolTip>
 #include <QWheelEvent>
 #include <algorithm>
 
@@ -23,6 +24,15 @@ class ListPopupStyle : public QProxyStyle {
     }
 };
 
+/// A name as a tooltip: as it was typed, never taken for rich text, and in several lines where it is long.
+QString tooltipText(const QString &name) {
+    return QStringLiteral("<p style='white-space:pre-wrap'>%1</p>").arg(name.toHtmlEscaped());
+}
+
+void showTooltip(QPoint globalPosition, const QString &name, bool isCut, QWidget *over) {
+    QToolTip::showText(globalPosition, isCut ? tooltipText(name) : QString(), over);
+}
+
 }  // namespace
 
 Picker::Picker(QWidget *parent) : QComboBox(parent) {
@@ -31,6 +41,7 @@ Picker::Picker(QWidget *parent) : QComboBox(parent) {
     list->setUniformItemSizes(true);
     list->setTextElideMode(Qt::ElideMiddle);
     setView(list);
+    list->viewport()->installEventFilter(this);
     auto *popupStyle = new ListPopupStyle;
     popupStyle->setParent(this);
     setStyle(popupStyle);
@@ -61,23 +72,44 @@ void Picker::show(const std::vector<std::string> &names, int index) {
 }
 
 void Picker::showPopup() {
+    int widest = 0;
+    for (int i = 0; i < count(); ++i)
+        widest = std::max(widest, view()->sizeHintForIndex(model()->index(i, 0)).width());
+    const int scrollBar = count() > maxVisibleItems() ? style()->pixelMetric(QStyle::PM_ScrollBarExtent) : 0;
+    view()->setMinimumWidth(std::min(widest + scrollBar, kWidestPopup));
     QComboBox::showPopup();
-    QWidget *popup = view()->window();
-    const int widest = std::max(kWidestPopup, width());
-    if (popup->width() <= widest) return;
+}
 
-    const QRect area = screen()->availableGeometry();
-    const int left = std::min(mapToGlobal(QPoint(0, 0)).x(), area.right() - widest);
-    popup->setGeometry(std::max(left, area.left()), popup->y(), widest, popup->height());
+bool Picker::event(QEvent *event) {
+    if (event->type() != QEvent::ToolTip) return QComboBox::event(event);
+    const auto *help = static_cast<QHelpEvent *>(event);
+    showTooltip(help->globalPos(), currentText(), shownText() != currentText(), this);
+    return true;
+}
+
+bool Picker::eventFilter(QObject *watched, QEvent *event) {
+    if (watched != view()->viewport() || event->type() != QEvent::ToolTip)
+        return QComboBox::eventFilter(watched, event);
+    const auto *help = static_cast<QHelpEvent *>(event);
+    const QModelIndex entry = view()->indexAt(help->pos());
+    const bool isCut = view()->sizeHintForIndex(entry).width() > view()->viewport()->width();
+    showTooltip(help->globalPos(), entry.data().toString(), isCut, view()->viewport());
+    return true;
+}
+
+/// The chosen name, or as much of it as fits into the box.
+QString Picker::shownText() const {
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    const QRect field =
+        style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
+    return fontMetrics().elidedText(currentText(), Qt::ElideRight, field.width() - kTextMargin);
 }
 
 void Picker::paintEvent(QPaintEvent *) {
     QStyleOptionComboBox option;
     initStyleOption(&option);
-    const QRect field =
-        style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
-    option.currentText =
-        fontMetrics().elidedText(option.currentText, Qt::ElideRight, field.width() - kTextMargin);
+    option.currentText = shownText();
 
     QStylePainter painter(this);
     painter.drawComplexControl(QStyle::CC_ComboBox, option);

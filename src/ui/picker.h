@@ -5,9 +5,10 @@
 #include <string>
 #include <vector>
 
-/// A combo box that shows a list of names and is bound to an index somebody else keeps. Only a person's
+/// A combo box that shows a list of names and is bound to an index that somebody else keeps. Only a person's
 /// choice of another entry is reported; filling it and setting its index are silent, since each report may
-/// move a camera.
+/// move a camera. A name that does not fit, in the box or in its popup, ends in an ellipsis or has one in its
+/// middle, and shows as a whole in a tooltip.
 class Picker : public QComboBox {
  public:
     explicit Picker(QWidget *parent = nullptr);
@@ -20,18 +21,22 @@ class Picker : public QComboBox {
     void show(const std::vector<std::string> &names, int index);
     using QComboBox::show;
 
-    /// Not wider than kWidestPopup and not higher than a handful of entries, however many and long the names
-    /// are.
+    /// At least as wide as the box and as wide as the longest name needs, up to kWidestPopup; at most 16
+    /// entries high, however many there are.
     void showPopup() override;
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
  protected:
-    /// A name too long for the box ends in an ellipsis.
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     /// Turning the wheel over a picker scrolls nothing and must not send the camera somewhere by accident.
     void wheelEvent(QWheelEvent *event) override;
 
  private:
     static constexpr int kWidestPopup = 480;
+
+    [[nodiscard]] QString shownText() const;
 
     std::vector<std::string> names_;
     int index_ = -1;

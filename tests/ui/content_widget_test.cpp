@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QLabel>
 #include <QStyleOptionButton>
 #include <set>
@@ -221,12 +222,14 @@ TEST_F(ContentWidgetTest, FailedWritesStillRefresh) {
     EXPECT_EQ(entries("pickerEscena"), QStringList({"Mesa", "Nueva"}));
 }
 
-TEST_F(ContentWidgetTest, ContentIsWithinItsLimitsWhateverIsAsked) {
+TEST_F(ContentWidgetTest, LogosArePicturesForTheEyeAndForAScreenReader) {
     start();
-    for (const int width : {100, 700, 2000}) {
-        widget_->resize(width, width);
-        EXPECT_EQ(widget_->height(), 200);
-        EXPECT_EQ(widget_->width(), std::clamp(width, 600, 800));
+    for (const char *name : {"LogoZEL", "LogoKAV"}) {
+        auto *logo = find<QWidget>(name);
+        QImage blank(logo->size(), QImage::Format_RGB32);
+        blank.fill(Qt::white);
+        EXPECT_NE(logo->grab().toImage().convertToFormat(QImage::Format_RGB32), blank) << name;
+        EXPECT_EQ(QAccessible::queryAccessibleInterface(logo)->role(), QAccessible::Graphic) << name;
     }
 }
 
@@ -276,6 +279,9 @@ TEST_P(ContentWidgetFont, CutsNothingOffAndCoversNothing) {
     const auto area = [this](const QWidget *part) {
         return QRect(part->mapTo(widget_.get(), QPoint()), part->size());
     };
+    const int margin = area(find<QWidget>("LogoZEL")).top();
+    EXPECT_EQ(195 - area(button("buttonAcercar")).bottom() - 1, margin);
+    EXPECT_EQ(600 - area(button("buttonRemoveEscena")).right() - 1, margin);
     for (const QWidget *one : parts)
         for (const QWidget *other : parts)
             if (one != other) {

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractItemView>
+#include <QHelpEvent>
 #include <QTest>
+#include <QToolTip>
 #include <QWheelEvent>
 
 namespace {
@@ -26,6 +28,8 @@ TEST_F(PickerTest, FillingAndSettingTheIndexAreSilent) {
     picker_.show({"a", "b"}, 0);
     picker_.show({"a", "b"}, 1);
     picker_.show({}, 0);
+    picker_.show({"c"}, 500);
+    EXPECT_EQ(picker_.currentIndex(), -1);
     picker_.show({"c"}, 0);
     EXPECT_TRUE(chosen_.empty());
     EXPECT_EQ(picker_.currentText(), QStringLiteral("c"));
@@ -48,11 +52,27 @@ TEST_F(PickerTest, OnlyAnotherEntryIsReportedAndOnlyOnce) {
     EXPECT_THAT(chosen_, ElementsAre(0));
 }
 
-TEST_F(PickerTest, AnIndexOutsideTheListShowsNothing) {
-    picker_.show({"a"}, 500);
-    EXPECT_EQ(picker_.currentIndex(), -1);
-    picker_.show({"a"}, -1);
-    EXPECT_EQ(picker_.currentIndex(), -1);
+TEST_F(PickerTest, ANameThatIsCutIsReadWholeInATooltip) {
+    const std::string name =
+        "Escuela Técnica Superior de <Ingeniería> de Caminos, Canales, Puertos y demás obras públicas del "
+        "Estado";
+    picker_.resize(120, picker_.height());
+    const auto hover = [](QWidget *over, QPoint at) {
+        QHelpEvent help(QEvent::ToolTip, at, over->mapToGlobal(at));
+        QApplication::sendEvent(over, &help);
+        return QToolTip::isVisible() ? QToolTip::text().toStdString() : std::string();
+    };
+    picker_.show({"Aula", name}, 0);
+    EXPECT_EQ(hover(&picker_, {5, 5}), "");
+    picker_.show({"Aula", name}, 1);
+    EXPECT_THAT(hover(&picker_, {5, 5}), testing::HasSubstr("Superior de &lt;Ingeniería&gt;"));
+
+    picker_.showPopup();
+    auto *list = picker_.view();
+    QToolTip::hideText();
+    EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }));
+    EXPECT_EQ(hover(list->viewport(), list->visualRect(list->model()->index(0, 0)).center()), "");
+    EXPECT_NE(hover(list->viewport(), list->visualRect(list->model()->index(1, 0)).center()), "");
 }
 
 TEST_F(PickerTest, TheWheelMovesNoCamera) {
