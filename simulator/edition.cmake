@@ -2,5 +2,5 @@
 zel_library(simulator_store SOURCES edition/sample_store.cpp edition/sample_store.h LINKS scenes)
 
 zel_program(zelvoria-camara-simulada
-    SOURCES edition/main.cpp
+    SOURCES edition/main.cpp edition/preview_placement.cpp edition/preview_placement.h
     LINKS app simulator simulator_preview simulator_store)

@@ -1,10 +1,8 @@
 #include <QApplication>
 #include <QDir>
-#include <QScreen>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTimer>
-#include <algorithm>
 #include <memory>
 
 #include "app/app_delegate.h"
@@ -13,6 +11,7 @@
 #include "platform/qt/desktop.h"
 #include "platform/services.h"
 #include "simulator/camera_model.h"
+#include "simulator/edition/preview_placement.h"
 #include "simulator/edition/sample_store.h"
 #include "simulator/preview/preview_window.h"
 #include "simulator/simulated_registry.h"
@@ -37,21 +36,6 @@ class FoldersInside : public platform::UserFolders {
     QDir base_;
 };
 
-/// Puts the preview beside the window, wherever the screen has room for all of it: below, to the right, to
-/// the left. On a small screen the window makes way upwards.
-void placeBeside(QWidget &preview, QWidget &window) {
-    const QRect screen = window.screen()->availableGeometry();
-    const QRect frame = window.frameGeometry();
-    const QSize size = preview.frameGeometry().size();
-    for (const QPoint corner :
-         {QPoint(frame.left(), frame.bottom() + 1), QPoint(frame.right() + 1, frame.top()),
-          QPoint(frame.left() - size.width(), frame.top())}) {
-        if (screen.contains(QRect(corner, size))) return preview.move(corner);
-    }
-    window.move(frame.left(), screen.top());
-    preview.move(frame.left(), std::min(screen.top() + frame.height(), screen.bottom() + 1 - size.height()));
-}
-
 }  // namespace
 
 /// zelvoria-camara-simulada [FOLDER]: FOLDER takes the store and all that the program remembers.
@@ -75,10 +59,10 @@ int main(int argc, char *argv[]) {
     AppDelegate delegate;
     simulator::PreviewWindow preview(camera);
     QObject::connect(&application, &QApplication::aboutToQuit, [&] { delegate.applicationWillTerminate(); });
-    QTimer::singleShot(0, [&] {
+    // The preview first, so that it never hides the program: what is shown last lies on top.
+    simulator::showBelowTheNext(preview, [&] {
         delegate.applicationDidFinishLaunching();
-        preview.show();
-        QTimer::singleShot(200, [&] { placeBeside(preview, *delegate.mainWindow()); });
+        QTimer::singleShot(200, [&] { simulator::placeBeside(preview, *delegate.mainWindow()); });
     });
     return QApplication::exec();
 }

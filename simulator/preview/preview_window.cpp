@@ -1,5 +1,6 @@
 #include "simulator/preview/preview_window.h"
 
+#include <QAccessibleWidget>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLinearGradient>
@@ -96,6 +97,12 @@ void paintUnplugged(QPainter &painter, const QRect &picture, const QFont &font) 
                      u"Cámara desconectada"_s);
 }
 
+/// Tells screen readers what `widget` is: they take a plain one for filling. Qt's cache owns the interface.
+void presentAs(QAccessible::Role role, QWidget &widget, const QString &name) {
+    widget.setAccessibleName(name);
+    QAccessible::registerAccessibleInterface(new QAccessibleWidget(&widget, role));
+}
+
 }  // namespace
 
 /// The picture, as large as fits at 16:9.
@@ -104,7 +111,7 @@ class PreviewPicture : public QWidget {
     PreviewPicture(double maximumZoom, QWidget *parent) : QWidget(parent), maximumZoom_(maximumZoom) {
         setMinimumSize(320, 180);
         setAttribute(Qt::WA_OpaquePaintEvent);
-        setAccessibleName(u"Imagen de la cámara simulada"_s);
+        presentAs(QAccessible::Graphic, *this, u"Imagen de la cámara simulada"_s);
     }
 
     /// Nothing: no camera.
@@ -139,7 +146,7 @@ class ReachDial : public QWidget {
           rightmost_(camera.maximum().pan / kRawPerDegree),
           maximumZoom_(camera.maximum().zoom) {
         setFixedSize(54, 54);
-        setAccessibleName(u"Orientación de la cámara vista desde arriba"_s);
+        presentAs(QAccessible::Graphic, *this, u"Orientación de la cámara vista desde arriba"_s);
     }
 
     void setPose(const std::optional<Pose> &pose) {
@@ -192,7 +199,7 @@ PreviewWindow::PreviewWindow(std::shared_ptr<CameraModel> camera, QWidget *paren
       camera_(std::move(camera)),
       picture_(new PreviewPicture(camera_->maximum().zoom, this)) {
     setWindowTitle(u"Vista previa de la cámara simulada"_s);
-    setAccessibleName(windowTitle());
+    presentAs(QAccessible::Window, *this, windowTitle());
     setAccessibleDescription(u"Muestra lo que ve la cámara simulada y su posición en números"_s);
 
     auto *const bar = new QWidget(this);
@@ -222,13 +229,14 @@ void PreviewWindow::buildBar(QWidget *bar) {
 
     dial_ = new ReachDial(*camera_, bar);
     numbers_ = new QLabel(bar);
-    numbers_->setAccessibleName(u"Posición de la cámara"_s);
+    // No accessible names: a screen reader reads the texts, which a name would replace.
+    numbers_->setAccessibleDescription(u"Posición de la cámara"_s);
     QFont large = numbers_->font();
     large.setPixelSize(15);
     large.setWeight(QFont::DemiBold);
     numbers_->setFont(large);
     state_ = new QLabel(bar);
-    state_->setAccessibleName(u"Estado de la cámara"_s);
+    state_->setAccessibleDescription(u"Estado de la cámara"_s);
     QFont small = state_->font();
     small.setPixelSize(13);
     state_->setFont(small);
