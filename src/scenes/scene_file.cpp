@@ -1,27 +1,23 @@
 #include "scenes/scene_file.h"
 
-#include <QFile>
-#include <QSaveFile>
-#include <QString>
 #include <array>
 #include <cerrno>
-#include <climits>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <string_view>
 #include <system_error>
 
 #include "platform/fatal.h"
 #include "platform/services.h"
+#include "scenes/file_handle.h"
+#include "scenes/file_replacement.h"
 #include "scenes/print_line.h"
 #include "scenes/scene_codec.h"
 #include "scenes/scene_json.h"
 #include "scenes/store_paths.h"
-#include "scenes/utf8.h"
 
 namespace {
 
@@ -30,12 +26,6 @@ using scenes::printLine;
 
 // A quarter of a million scenes; whatever is larger is not a room and would only fill the memory.
 constexpr std::uintmax_t kLargestFile = std::uintmax_t{64} << 20;
-
-constexpr std::size_t kTemporarySuffix = 7;  // ".XXXXXX"
-
-struct CloseFile {
-    void operator()(std::FILE *file) const { std::fclose(file); }
-};
 
 std::string reasonFor(const fs::path &path, const std::string &reason) {
     return path.string() + ": " + reason;
@@ -64,7 +54,7 @@ FileText readRegularFile(const fs::path &path) {
     if (failure) return cannotAccess(path, failure.value());
     if (!fs::is_regular_file(status))
         return {{}, Outcome::NotAFile, reasonFor(path, "not a regular file"), 0};
-    const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rbe"));
+    const scenes::FileHandle file(std::fopen(path.c_str(), "rbe"));
     if (!file) return cannotAccess(path, errno);
 
     std::string content;
@@ -78,61 +68,14 @@ FileText readRegularFile(const fs::path &path) {
     return {std::move(content), {}, {}, 0};
 }
 
-/// Writes `text` to a temporary file beside `path` that then takes its place. Returns the reason of a
-/// failure.
-std::optional<std::string> replaceFile(const fs::path &path, std::string_view text) {
-    const std::string name = path.string();
-    QSaveFile file(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
-    errno = 0;
-    const bool written =
-        file.open(QIODevice::WriteOnly) &&
-        file.write(text.data(), static_cast<qint64>(text.size())) == static_cast<qint64>(text.size()) &&
-        file.flush();
-    const int systemError = errno;
-    if (written && file.commit()) return std::nullopt;
-    // For a missing folder or a full disk the toolkit knows "Unknown error" only.
-    const std::string toolkitsReason = file.errorString().toStdString();
-    const std::string systemsReason = systemError == 0 ? toolkitsReason : std::strerror(systemError);
-    return reasonFor(path,
-                     toolkitsReason + (systemsReason == toolkitsReason ? "" : " (" + systemsReason + ")"));
-}
-
-/// The toolkit names files in UTF-8 only, and its temporary file needs room for a suffix behind the name. A
-/// room whose file has another name (unpacked from an old archive, say) or a very long one is written under a
-/// passing name first and then moved to its place.
-std::optional<std::string> replaceFileOfAnyName(const std::string &documents, const fs::path &path,
-                                                std::string_view text) {
-    const bool fits = path.filename().string().size() + kTemporarySuffix <= NAME_MAX;
-    if (fits && scenes::isValidUtf8(path.string())) return replaceFile(path, text);
-
-    const fs::path folder = path.parent_path();
-    const fs::path passing =
-        (scenes::isValidUtf8(folder.string()) ? folder : fs::path(documents) / PresetsFolder) /
-        ".escena-nueva";
-    if (auto failed = replaceFile(passing, text)) return failed;
-    std::error_code failure;
-    fs::rename(passing, path, failure);
-    if (!failure) return std::nullopt;
-    std::error_code ignored;
-    fs::remove(passing, ignored);
-    return reasonFor(path, failure.message());
-}
-
 /// Returns the reason of a failure.
-std::optional<std::string> writeInStore(const std::string &documents, const std::string &relative,
-                                        std::string_view text) {
-    const scenes::GuardedPath guarded = scenes::guardedPath(documents, relative);
+std::optional<std::string> writeText(const std::string &documents, const std::string &relative,
+                                     std::string_view text) {
+    const scenes::GuardedPath guarded = scenes::guardedFile(documents, relative);
     if (!guarded.refusal.empty()) return guarded.refusal;
-    std::error_code failure;
-    if (!fs::is_symlink(guarded.path, failure)) return replaceFileOfAnyName(documents, guarded.path, text);
-
-    // A room's file that is a link stays one: what it points to is written, where that is the store's.
-    const fs::path target = fs::canonical(guarded.path, failure);
+    const std::error_code failure = scenes::replaceFile(guarded.path, text);
     if (failure) return reasonFor(guarded.path, failure.message());
-    if (!scenes::liesInStore(documents, target)) {
-        return reasonFor(guarded.path, "the link leads outside the folder of scenes");
-    }
-    return replaceFileOfAnyName(documents, target, text);
+    return std::nullopt;
 }
 
 std::vector<ManualPreset> cantRead(const std::string &error) {
@@ -151,7 +94,7 @@ void PresetToFile(const std::string &Path, const std::vector<ManualPreset> &arra
 
     const auto documents = platform::services().folders->documents();
     if (!documents) return printLine("Error 34 ");
-    if (const auto failed = writeInStore(*documents, Path, *text)) {
+    if (const auto failed = writeText(*documents, Path, *text)) {
         printLine("cant write...");
         printLine(*failed);
     }

@@ -9,6 +9,7 @@
 
 #include "platform/fatal.h"
 #include "platform/services.h"
+#include "scenes/file_replacement.h"
 #include "scenes/print_line.h"
 #include "scenes/scene_file.h"
 #include "scenes/store_walk.h"
@@ -80,6 +81,7 @@ SceneTree obtenerPresets() {
     SceneTree tree;
     tree[scenes::kNoCentre];
 
+    scenes::removeAbandonedFiles(documents + "/" + PresetsFolder);
     TreeLoader loader(tree);
     scenes::walkStore(documents, loader);
     return tree;
@@ -89,12 +91,12 @@ void crearDirectorioSiNoExiste(const std::string &newPath) {
     const std::string documents = documentsOrStop();
     const std::string path = documents + "/" + newPath;
     const scenes::GuardedPath guarded = scenes::guardedPath(documents, newPath);
-    if (guarded.refusal.empty() && canBeListed(guarded.path.string())) return;
+    if (guarded.refusal.empty() && canBeListed(path)) return;
 
     printLine(urlOf(path));
     if (!guarded.refusal.empty()) return printFailure(guarded.refusal);
     std::error_code failure;
-    fs::create_directories(guarded.path, failure);
+    fs::create_directories(path, failure);
     if (failure) printFailure(path + ": " + failure.message());
 }
 
@@ -107,7 +109,7 @@ void eliminarDirectorio(const std::string &newPath) {
     if (guarded.isStore) return printFailure(path + " is the folder of scenes itself");
 
     std::error_code failure;
-    const std::uintmax_t removed = fs::remove_all(guarded.path, failure);
+    const std::uintmax_t removed = fs::remove_all(path, failure);
     if (failure) return printFailure(path + ": " + failure.message());
     // A missing item is no error to the library, but it is one to whoever asked for its removal.
     if (removed == 0)

@@ -10,20 +10,31 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Without "." and ".." parts and without a trailing "/".
-fs::path normalized(const fs::path &path) {
-    const fs::path normal = path.lexically_normal();
-    return normal.has_filename() ? normal : normal.parent_path();
+/// A part that is empty, "." or "..": such a path is another name of a file or folder that has a name
+/// already.
+bool hasAliasingPart(std::string_view relative) {
+    while (true) {
+        const std::string_view part = relative.substr(0, relative.find('/'));
+        if (part.empty() || part == "." || part == "..") return true;
+        if (part.size() == relative.size()) return false;
+        relative.remove_prefix(part.size() + 1);
+    }
 }
 
-fs::path storeFolder(const std::string &documents) {
-    return normalized(documents + "/" + PresetsFolder);
+/// Why `path`, links followed as far as they exist, is not `folder` or something below it; empty when it is.
+std::string whyOutside(const fs::path &path, const fs::path &folder) {
+    std::error_code failure;
+    const fs::path realFolder = fs::weakly_canonical(folder, failure);
+    if (failure) return folder.string() + ": " + failure.message();
+    const fs::path real = fs::weakly_canonical(path, failure);
+    if (failure) return path.string() + ": " + failure.message();
+    const auto parted = std::mismatch(realFolder.begin(), realFolder.end(), real.begin(), real.end());
+    return parted.first == realFolder.end() ? "" : path.string() + " lies outside " + folder.string();
 }
 
-/// `folder` itself does not lie below it.
-bool liesBelow(const fs::path &path, const fs::path &folder) {
-    const auto parted = std::mismatch(folder.begin(), folder.end(), path.begin(), path.end());
-    return parted.first == folder.end() && parted.second != path.end();
+/// The folder that no change may reach out of.
+fs::path limitOf(const std::string &documents, std::string_view relative) {
+    return relative.starts_with(PresetsFolder + "/") ? documents + "/" + PresetsFolder : documents;
 }
 
 }  // namespace
@@ -37,26 +48,28 @@ std::string roomPath(const std::string &centre, const std::string &room) {
     return sameName(centre, kNoCentre) ? PresetsFolder + "/" + file : centrePath(centre) + "/" + file;
 }
 
-bool liesInStore(const std::string &documents, const fs::path &path) {
-    std::error_code storeError;
-    std::error_code pathError;
-    const fs::path store = normalized(fs::weakly_canonical(storeFolder(documents), storeError));
-    const fs::path real = normalized(fs::weakly_canonical(path, pathError));
-    return !storeError && !pathError && (real == store || liesBelow(real, store));
-}
-
 GuardedPath guardedPath(const std::string &documents, std::string_view relative) {
     if (relative.find('\0') != std::string_view::npos) {
-        // The system would see the part before it only, which may be the whole store.
+        // The system would see only the part before it, which may be the whole store.
         return {{}, "the name holds a zero byte", false};
     }
-    const fs::path path = normalized(documents + "/" + std::string(relative));
-    const fs::path store = storeFolder(documents);
-    if (path == store) return {path, {}, true};
-    if (!liesBelow(path, store) || !liesInStore(documents, path.parent_path())) {
-        return {path, path.string() + " lies outside the folder of scenes", false};
+    const fs::path path = documents + "/" + std::string(relative);
+    if (hasAliasingPart(relative)) {
+        return {path, path.string() + " has a part that is empty, \".\" or \"..\"", false};
     }
-    return {path, {}, false};
+    if (relative == PresetsFolder) return {path, {}, true};
+    return {path, whyOutside(path.parent_path(), limitOf(documents, relative)), false};
+}
+
+GuardedPath guardedFile(const std::string &documents, std::string_view relative) {
+    GuardedPath guarded = guardedPath(documents, relative);
+    if (guarded.isStore) guarded.refusal = guarded.path.string() + " is the folder of scenes itself";
+    std::error_code failure;
+    if (!guarded.refusal.empty() || !fs::is_symlink(guarded.path, failure)) return guarded;
+
+    const fs::path target = fs::canonical(guarded.path, failure);
+    if (failure) return {guarded.path, guarded.path.string() + ": " + failure.message(), false};
+    return {target, whyOutside(target, limitOf(documents, relative)), false};
 }
 
 }  // namespace scenes

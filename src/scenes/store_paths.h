@@ -1,7 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,20 +20,22 @@ inline const std::string kNoCentre = " Sin grupo";
 /// for the placeholder centre.
 [[nodiscard]] std::string roomPath(const std::string &centre, const std::string &room);
 
-/// A place of the store that may be changed, or why it may not.
+/// A place that may be changed, or why it may not.
 struct GuardedPath {
-    std::filesystem::path path;  ///< absolute, without "." and ".." parts and without a trailing "/"
-    std::string refusal;         ///< empty: `path` may be changed
+    std::filesystem::path path;  ///< absolute
+    std::string refusal;         ///< one line; empty: `path` may be changed
     bool isStore = false;        ///< `path` is the store's own folder
 };
 
 /// Names are typed by people and become parts of paths, so "../.." is a name like any other. Everything that
-/// creates, replaces or removes goes through here: `relative` (to `documents`) is refused when it leaves the
-/// store's folder, be it by ".." or by a symbolic link on the way. The store's folder itself may be a link,
-/// and the last part may be one too: it is not followed.
+/// creates, replaces or removes something goes through here. `relative` (to `documents`) is refused when one
+/// of its parts is empty, "." or "..": it would be a second name of something else. It is also refused when a
+/// symbolic link on the way leads out of the store or, for a path beside the store, out of `documents`. The
+/// store's folder itself may be a link. The last part may be one too: it is not followed.
 [[nodiscard]] GuardedPath guardedPath(const std::string &documents, std::string_view relative);
 
-/// True when `path`, links followed as far as they exist, lies in the store's folder under `documents`.
-[[nodiscard]] bool liesInStore(const std::string &documents, const std::filesystem::path &path);
+/// The same for a file that is to be written: a link in the last part is followed, and must not lead out
+/// either. The store's own folder is refused.
+[[nodiscard]] GuardedPath guardedFile(const std::string &documents, std::string_view relative);
 
 }  // namespace scenes

@@ -1,11 +1,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <csignal>
+#include <thread>
 
+#include "scenes/file_replacement.h"
 #include "scenes/scene_file.h"
+#include "scenes/scene_tree.h"
 #include "store_files.h"
 #include "support/without_rights.h"
 
@@ -60,12 +66,6 @@ class SceneWrite : public store_files::StoreTest {
     }
 };
 
-TEST_F(SceneWrite, ReplacesTheOldFileAndLeavesNothingElse) {
-    EXPECT_EQ(printedBy([] { PresetToFile("Presets/sala.presets", {}); }), "");
-    EXPECT_EQ(contentOf(room()), sample("empty"));
-    EXPECT_THAT(entries(), testing::ElementsAre("sala.presets"));
-}
-
 TEST_F(SceneWrite, OnAFullDiskTheOldFileStaysWhole) {
     {
         const FullDisk full(600);
@@ -78,28 +78,76 @@ TEST_F(SceneWrite, OnAFullDiskTheOldFileStaysWhole) {
     EXPECT_THAT(entries(), testing::ElementsAre("sala.presets"));
 }
 
-TEST_F(SceneWrite, InAReadOnlyFolderTheOldFileStaysWhole) {
-    {
-        const support::WithoutRights guard({store().string()}, 0555, 0755);
-        expectCantWrite("Presets/sala.presets", "ermission denied");
-        expectCantWrite("Presets/otra.presets", "ermission denied");
+TEST_F(SceneWrite, WithoutPermissionTheOldFileStaysWholeAndThePermissionIsTheReason) {
+    for (const auto &[during, taken] : {std::pair(0555, store()), {0444, room()}, {0, store()}}) {
+        const support::WithoutRights guard({taken.string()}, static_cast<mode_t>(during), 0755);
+        expectCantWrite("Presets/sala.presets", ": Permission denied");
+        if (taken == store()) expectCantWrite("Presets/Norte/otra.presets", ": ");
     }
     EXPECT_EQ(contentOf(room()), sample("ten"));
     EXPECT_THAT(entries(), testing::ElementsAre("sala.presets"));
 }
 
-TEST_F(SceneWrite, ANameAsLongAsTheDiskAllowsIsWrittenAgainAndAgain) {
-    for (const std::size_t length : {std::size_t{235}, std::size_t{243}, std::size_t{247}}) {
-        const std::string path = "Presets/" + std::string(length, 'x') + ".presets";
-        for (const char *name : {"Uno", "Dos", "Tres"}) {
-            ManualPreset scene;
-            scene.Name = name;
-            PresetToFile(path, {scene});
-            EXPECT_EQ(FileToPreset(path), std::vector{scene}) << length;
+TEST_F(SceneWrite, NamesThatTheDiskTakesAreWrittenAgainAndAgain) {
+    for (const std::string &name : {std::string(235, 'x'), std::string(247, 'x'), std::string("Aula \xd1")}) {
+        const std::string path = "Presets/" + name + ".presets";
+        for (const char *scene : {"Uno", "Dos"}) {
+            const std::vector<ManualPreset> presets = {{scene, "", "", "", 0, 0, 0}};
+            EXPECT_EQ(printedBy([&] { PresetToFile(path, presets); }), "");
+            EXPECT_EQ(FileToPreset(path), presets) << path;
         }
+        EXPECT_EQ(entries().size(), 2U);
         fs::remove(documents.path() / path);
     }
-    EXPECT_THAT(entries(), testing::ElementsAre("sala.presets"));
+}
+
+TEST_F(SceneWrite, KeepsTheAccessModeOfTheOldFile) {
+    fs::permissions(room(), fs::perms(0640));
+    EXPECT_EQ(printedBy([] { PresetToFile("Presets/sala.presets", {}); }), "");
+    EXPECT_EQ(fs::status(room()).permissions(), fs::perms(0640));
+}
+
+TEST_F(SceneWrite, WhatAKilledWriterLeavesIsClearedAwayAtALaterStartAndNothingElse) {
+    const pid_t writer = ::fork();
+    if (writer == 0) {
+        const rlimit limit{600, 600};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        PresetToFile("Presets/sala.presets", std::vector<ManualPreset>(20));
+        ::_exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(writer, &status, 0), writer);
+    ASSERT_TRUE(WIFSIGNALED(status)) << "not killed in the middle";
+    ASSERT_EQ(entries().size(), 2U);
+
+    store_files::write(store() / ".escena-nueva.copia", "");
+    store_files::write(store() / ".escena-nueva.0123456789abcdef.presets", sample("empty"));
+    fs::create_directory(store() / ".escena-nueva.0123456789abcdef");
+    fs::create_symlink("sala.presets", store() / ".escena-nueva.0000000000000000");
+    (void)obtenerPresets();
+    EXPECT_THAT(entries(), testing::UnorderedElementsAre("sala.presets", ".escena-nueva.copia",
+                                                         ".escena-nueva.0123456789abcdef.presets",
+                                                         ".escena-nueva.0123456789abcdef",
+                                                         ".escena-nueva.0000000000000000"));
+}
+
+TEST_F(SceneWrite, TwoWritersAndOneThatClearsAwayDoNotDisturbEachOther) {
+    std::atomic<int> running = 2;
+    std::atomic<int> failures = 0;
+    const auto writer = [&](const char *name, char letter) {
+        for (int i = 0; i < 100; ++i) {
+            const std::string text(100'000, letter);
+            if (scenes::replaceFile(store() / name, text) || contentOf(store() / name) != text) ++failures;
+        }
+        --running;
+    };
+    std::thread one(writer, "Aula \xd1.presets", 'a');
+    std::thread other(writer, "Aula \xf1.presets", 'b');
+    while (running > 0) scenes::removeAbandonedFiles(store());
+    one.join();
+    other.join();
+    EXPECT_EQ(failures, 0);
+    EXPECT_EQ(entries().size(), 3U);
 }
 
 TEST_F(SceneWrite, NeedsAFolderAndAPlaceForAFile) {
@@ -108,23 +156,18 @@ TEST_F(SceneWrite, NeedsAFolderAndAPlaceForAFile) {
     expectCantWrite("Presets/" + std::string(300, 'x') + ".presets", "too long");
     fs::create_directory(store() / "carpeta.presets");
     expectCantWrite("Presets/carpeta.presets", "directory");
-    expectCantWrite("Presets", "directory");
+    expectCantWrite("Presets", "folder of scenes");
     EXPECT_FALSE(fs::exists(store() / "Norte"));
     EXPECT_EQ(contentOf(room()), sample("ten"));
 }
 
-TEST_F(SceneWrite, NamesThatAreNotUtf8AreErrorTrBeforeAnythingIsTouched) {
+TEST_F(SceneWrite, ScenesThatAreNotUtf8AreErrorTrAndNoDocumentsFolderIsError34) {
     const std::vector<ManualPreset> presets = {{"\xff", "", "", "", 0, 0, 0}};
     EXPECT_THAT(printedBy([&] { PresetToFile("Presets/sala.presets", presets); }), StartsWith("Error tr "));
     EXPECT_EQ(contentOf(room()), sample("ten"));
     documents.setDocumentsMissing(true);
     EXPECT_THAT(printedBy([&] { PresetToFile("Presets/sala.presets", presets); }), StartsWith("Error tr "));
-}
-
-TEST_F(SceneWrite, WithoutADocumentsFolderItIsError34) {
-    documents.setDocumentsMissing(true);
     EXPECT_EQ(printedBy([] { PresetToFile("Presets/sala.presets", {}); }), "Error 34 \n");
-    EXPECT_EQ(contentOf(room()), sample("ten"));
 }
 
 TEST_F(SceneWrite, ALinkIsWrittenThroughInsideTheStoreOnly) {

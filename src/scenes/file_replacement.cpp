@@ -1,0 +1,110 @@
+#include "scenes/file_replacement.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QRandomGenerator>
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <tuple>
+
+#include "scenes/file_handle.h"
+
+namespace scenes {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The name of a temporary file: this and as many hexadecimal digits. A room's file ends in "presets", a
+// folder is not a regular file, so nothing that people name in the window is ever taken for one.
+constexpr std::string_view kPrefix = ".escena-nueva.";
+constexpr std::size_t kDigits = 16;
+
+// A temporary file that vanishes before it is renamed is written again.
+constexpr int kAttempts = 3;
+
+std::string temporaryName() {
+    std::array<char, kDigits + 1> digits{};
+    std::snprintf(digits.data(), digits.size(), "%016llx",
+                  static_cast<unsigned long long>(QRandomGenerator::system()->generate64()));
+    return std::string(kPrefix) + digits.data();
+}
+
+bool isTemporaryName(std::string_view name) {
+    return name.starts_with(kPrefix) && name.size() == kPrefix.size() + kDigits &&
+           name.find_first_not_of("0123456789abcdef", kPrefix.size()) == std::string_view::npos;
+}
+
+std::error_code lastError() {
+    return {errno, std::generic_category()};
+}
+
+/// A lock of its own on an open file, which ends with the process at the latest.
+bool lock(std::FILE *file) {
+    return ::flock(::fileno(file), LOCK_EX | LOCK_NB) == 0;
+}
+
+std::error_code fill(std::FILE *file, std::string_view text, std::optional<mode_t> mode) {
+    if (std::fwrite(text.data(), 1, text.size(), file) != text.size() || std::fflush(file) != 0)
+        return lastError();
+    // Some disks keep no access mode; the scenes matter more.
+    if (mode) std::ignore = ::fchmod(::fileno(file), *mode);
+    // EINVAL: a file system that cannot be told to write.
+    if (::fsync(::fileno(file)) != 0 && errno != EINVAL) return lastError();
+    return {};
+}
+
+std::error_code replaceOnce(const fs::path &path, std::string_view text, std::optional<mode_t> mode) {
+    const fs::path temporary = path.parent_path() / temporaryName();
+    const FileHandle file(std::fopen(temporary.c_str(), "wbxe"));
+    if (!file) return lastError();
+    // On a disk without locks nobody can get one, so nobody clears this file away.
+    std::ignore = lock(file.get());
+
+    std::error_code failure = fill(file.get(), text, mode);
+    if (!failure && std::rename(temporary.c_str(), path.c_str()) != 0) failure = lastError();
+    if (failure) ::unlink(temporary.c_str());
+    return failure;
+}
+
+}  // namespace
+
+std::error_code replaceFile(const fs::path &path, std::string_view text) {
+    std::optional<mode_t> mode;
+    struct stat old {};
+    if (::stat(path.c_str(), &old) == 0) {
+        if (::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0) return lastError();
+        mode = old.st_mode & 07777;
+    }
+    std::error_code failure;
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        failure = replaceOnce(path, text, mode);
+        // Another program that starts may take the file for abandoned: between its creation and its lock, or
+        // from another machine that does not see the lock.
+        if (failure != std::errc::no_such_file_or_directory) break;
+    }
+    return failure;
+}
+
+void removeAbandonedFiles(const fs::path &folder) {
+    std::error_code failure;
+    fs::recursive_directory_iterator entry(folder, fs::directory_options::skip_permission_denied, failure);
+    for (; !failure && entry != fs::recursive_directory_iterator(); entry.increment(failure)) {
+        const fs::path &path = entry->path();
+        std::error_code ignored;
+        if (!isTemporaryName(path.filename().string()) ||
+            !fs::is_regular_file(entry->symlink_status(ignored)))
+            continue;
+        // Opened for writing since some network disks lock only then.
+        const FileHandle file(std::fopen(path.c_str(), "r+be"));
+        if (file && lock(file.get())) ::unlink(path.c_str());
+    }
+}
+
+}  // namespace scenes

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+/// Files that are replaced as a whole. While one is written, a temporary file lies beside it, under a name
+/// that no room's file can have.
+namespace scenes {
+
+/// Writes `text` to a temporary file that then takes the place of `path`: until then the old file stays
+/// whole, and it does so on failure. The new file has the old one's access mode; an old file that this user
+/// may not write is not replaced. A link at `path` is replaced, not followed. Blocks until the text is on
+/// disk.
+[[nodiscard]] std::error_code replaceFile(const std::filesystem::path &path, std::string_view text);
+
+/// Removes the temporary files that killed programs have left in `folder` and in the folders below it.
+/// Follows no link below `folder`. Never removes one that a running program is writing, nor any other file.
+void removeAbandonedFiles(const std::filesystem::path &folder);
+
+}  // namespace scenes
