@@ -22,18 +22,16 @@ class Checker : public StoreVisitor {
 
     void foundRoom(const std::string &centre, const std::string &room, const std::string &path) override {
         const auto [shown, isNew] = shown_[centre].try_emplace(room, check_.files.size());
-        if (!isNew) {
-            check_.files[shown->second].isHidden = true;
-            shown->second = check_.files.size();
-        }
-        add(centre, room, path);
-    }
+        if (!isNew) check_.files[shown->second].isHidden = true;
+        shown->second = check_.files.size();
 
-    void foundDuplicate(const std::string &centre, const std::string &room,
-                        const std::string &path) override {
-        CheckedFile &file = add(centre, room, path);
-        file.isHidden = true;
-        file.isLoaded = false;
+        const SceneFile file = readSceneFile(absolute(path));
+        check_.files.push_back({.centre = centre,
+                                .room = room,
+                                .path = absolute(path),
+                                .outcome = file.outcome,
+                                .systemError = file.systemError,
+                                .scenes = file.presets.size()});
     }
 
     void cannotList(const std::string &folder) override { check_.unlisted.push_back(absolute(folder)); }
@@ -42,20 +40,10 @@ class Checker : public StoreVisitor {
  private:
     [[nodiscard]] std::string absolute(const std::string &path) const { return documents_ + "/" + path; }
 
-    CheckedFile &add(const std::string &centre, const std::string &room, const std::string &path) {
-        const SceneFile file = readSceneFile(absolute(path));
-        return check_.files.emplace_back(CheckedFile{.centre = centre,
-                                                     .room = room,
-                                                     .path = absolute(path),
-                                                     .outcome = file.outcome,
-                                                     .systemError = file.systemError,
-                                                     .scenes = file.presets.size()});
-    }
-
     const std::string &documents_;
     StoreCheck &check_;
-    std::map<std::string, std::map<std::string, std::size_t, NameLess>, NameLess>
-        shown_;  // index of its file
+    /// By centre and room: the index of the file that stands for it.
+    std::map<std::string, std::map<std::string, std::size_t, NameLess>, NameLess> shown_;
 };
 
 }  // namespace

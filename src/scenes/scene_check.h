@@ -17,8 +17,7 @@ struct CheckedFile {
     SceneFile::Outcome outcome = SceneFile::Outcome::Fatal;
     int systemError = 0;     ///< with Outcome::Inaccessible
     std::size_t scenes = 0;  ///< how many it holds
-    bool isHidden = false;   ///< another file stands for this room, and its scenes are the ones shown
-    bool isLoaded = true;    ///< loading reads it; false for hidden ones that loading skips
+    bool isHidden = false;   ///< another file's scenes are shown as those of this room
 };
 
 /// The store as it is on disk.
@@ -32,9 +31,7 @@ struct StoreCheck {
     std::vector<std::string> nameless;  ///< absolute paths of entries whose names stop the program
 };
 
-/// Reads every file that loading would read, and those that it skips because another one stands for their
-/// room: a fatal one of these ends no program until it stands for the room itself. Changes nothing and makes
-/// no folder; prints nothing.
+/// Reads every file that loading reads. Changes nothing and makes no folder; prints nothing.
 [[nodiscard]] StoreCheck checkStore();
 
 }  // namespace scenes

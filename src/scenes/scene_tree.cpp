@@ -35,17 +35,25 @@ class TreeLoader : public scenes::StoreVisitor {
  public:
     explicit TreeLoader(SceneTree &tree) : tree_(tree) {}
 
-    void foundCentre(const std::string &centre) override { tree_[centre]; }
+    void foundCentre(const std::string &centre) override {
+        // Both keys are spelled like the folder or file that was found last: that is where the next save
+        // goes.
+        const auto known = tree_.find(centre);
+        if (known == tree_.end()) {
+            tree_[centre];
+        } else {
+            auto node = tree_.extract(known);
+            node.key() = centre;
+            tree_.insert(std::move(node));
+        }
+    }
 
     void foundRoom(const std::string &centre, const std::string &room, const std::string &path) override {
         RoomMap &rooms = tree_[centre];
-        // Erased first so that the key is spelled like the file whose scenes it holds.
         rooms.erase(room);
         rooms.emplace(room, FileToPreset(path));
     }
 
-    void foundDuplicate(const std::string & /*centre*/, const std::string & /*room*/,
-                        const std::string & /*path*/) override {}
     void cannotList(const std::string & /*folder*/) override { printLine("No folder"); }
     void foundNameless(const std::string & /*path*/) override { platform::fatalStop(); }
 

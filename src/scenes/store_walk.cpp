@@ -2,14 +2,11 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <map>
 #include <optional>
-#include <set>
 #include <string_view>
 #include <system_error>
 #include <vector>
 
-#include "scenes/name_order.h"
 #include "scenes/store_paths.h"
 
 namespace scenes {
@@ -43,56 +40,56 @@ std::vector<std::string> pieces(std::string_view name) {
     return result;
 }
 
+struct RoomFile {
+    std::string room;
+    std::string name;
+};
+
 class Walk {
  public:
     Walk(const std::string &documents, StoreVisitor &visitor) : documents_(documents), visitor_(visitor) {}
 
     void store() {
-        const auto entries = entriesOf(documents_ + "/" + PresetsFolder);
+        auto entries = entriesOf(documents_ + "/" + PresetsFolder);
         if (!entries) return visitor_.cannotList(PresetsFolder);
+        // Before the files at the root: a folder may be called like the placeholder, but a save of its rooms
+        // goes to the root.
         for (const std::string &entry : *entries) {
-            if (entry == ".DS_Store") continue;
-            const auto parts = pieces(entry);
-            if (entry.find('.') == std::string::npos) {
-                centre(entry);
-            } else if (parts.size() > 1 && parts.back() == "presets") {
-                room(kNoCentre, parts.front(), PresetsFolder + "/" + entry);
-            }
+            if (entry.find('.') == std::string::npos) centre(entry);
         }
+        std::erase_if(*entries, [](const std::string &entry) { return pieces(entry).size() < 2; });
+        rooms(kNoCentre, PresetsFolder, *entries);
     }
 
  private:
     void centre(const std::string &name) {
         visitor_.foundCentre(name);
-        // Two folders may spell one name in two ways (an accent composed or not): of a room that both have,
-        // the one in the folder that the centre is called after is taken, where its next save goes.
-        const std::string &calledAfter = rooms_.try_emplace(name).first->first;
         const std::string folder = centrePath(name);
         const auto entries = entriesOf(documents_ + "/" + folder);
         if (!entries) return visitor_.cannotList(folder);
-        for (const std::string &entry : *entries) {
-            if (entry == ".DS_Store") continue;
-            const std::string path = folder + "/" + entry;
-            const auto parts = pieces(entry);
-            if (parts.empty()) {
-                visitor_.foundNameless(path);
-            } else if (parts.back() == "presets") {
-                room(calledAfter, parts.front(), path);
-            }
-        }
+        rooms(name, folder, *entries);
     }
 
-    void room(const std::string &centre, const std::string &room, const std::string &path) {
-        // "Aula 1.2.presets" must not take the place of "Aula 1.presets": the next save would overwrite the
-        // latter.
-        const bool isNew = rooms_[centre].insert(room).second;
-        if (!isNew && path != roomPath(centre, room)) return visitor_.foundDuplicate(centre, room, path);
-        visitor_.foundRoom(centre, room, path);
+    void rooms(const std::string &centre, const std::string &folder,
+               const std::vector<std::string> &entries) {
+        std::vector<RoomFile> files;
+        for (const std::string &entry : entries) {
+            if (entry == ".DS_Store") continue;
+            const auto parts = pieces(entry);
+            if (parts.empty()) {
+                visitor_.foundNameless(folder + "/" + entry);
+            } else if (parts.back() == "presets") {
+                files.push_back({parts.front(), entry});
+            }
+        }
+        // "Aula 1.2.presets" is the room "Aula 1", too, but a save of it replaces "Aula 1.presets".
+        std::stable_partition(files.begin(), files.end(),
+                              [](const RoomFile &file) { return file.name != file.room + ".presets"; });
+        for (const RoomFile &file : files) visitor_.foundRoom(centre, file.room, folder + "/" + file.name);
     }
 
     const std::string &documents_;
     StoreVisitor &visitor_;
-    std::map<std::string, std::set<std::string, NameLess>, NameLess> rooms_;
 };
 
 }  // namespace

@@ -39,31 +39,23 @@ std::string inaccessibleReason(int systemError) {
 
 Line unreadable(const CheckedFile &file, const std::string &reason) {
     return {State::Warning, repairUtf8(file.room) + ": " + reason,
-            repairUtf8(file.path) + " — El programa muestra esta aula sin escenas."};
-}
-
-/// What is in a file that another one hides.
-std::string hiddenContent(const CheckedFile &file) {
-    switch (file.outcome) {
-        case Outcome::Fatal:
-            return "Está dañado o es de otro programa: no lo ponga en lugar del otro, porque cerraría el "
-                   "programa al arrancar.";
-        case Outcome::Read:
-            return "Contiene " + counted(file.scenes, "escena", "escenas") + ".";
-        default:
-            return "No se puede leer.";
-    }
+            repairUtf8(file.path) +
+                " — El programa muestra esta aula sin escenas. No guarde nada en ella antes de "
+                "recuperar una copia."};
 }
 
 Line fileLine(const CheckedFile &file) {
     const std::string room = repairUtf8(file.room);
-    // Before all else: one that is loaded matters even where its scenes would not be shown.
-    if (file.outcome == Outcome::Fatal && file.isLoaded)
+    // Before all else: it ends the program even where another file's scenes are shown.
+    if (file.outcome == Outcome::Fatal)
         return {State::Fault, room + ": fichero dañado o de otro programa; cierra el programa al arrancar",
                 "Mueva este fichero a otra carpeta: " + repairUtf8(file.path)};
     if (file.isHidden)
-        return {State::Warning, room + ": otro fichero lleva el nombre de la misma aula, y este no se usa",
-                repairUtf8(file.path) + " — " + hiddenContent(file)};
+        return {
+            State::Warning, room + ": otro fichero lleva el nombre de la misma aula, y este no se muestra",
+            repairUtf8(file.path) + " — " +
+                (file.outcome == Outcome::Read ? "Contiene " + counted(file.scenes, "escena", "escenas") + "."
+                                               : "No se puede leer.")};
     switch (file.outcome) {
         case Outcome::Inaccessible:
             return unreadable(file, inaccessibleReason(file.systemError));
