@@ -114,13 +114,14 @@ bool CameraModel::set(const Control &control, std::span<const std::uint8_t> data
 }
 
 std::vector<std::uint8_t> CameraModel::get(const Control &control, std::uint8_t request) const {
+    const bool reversed = options_.reversedRange && isMotorised(control);
     switch (request) {
         case request::kGetCur:
             return current(control);
         case request::kGetMin:
-            return encode(control, &ControlField::minimum);
+            return encode(control, reversed ? &ControlField::maximum : &ControlField::minimum);
         case request::kGetMax:
-            return encode(control, &ControlField::maximum);
+            return encode(control, reversed ? &ControlField::minimum : &ControlField::maximum);
         case request::kGetRes:
             if (options_.zeroResolution) return std::vector<std::uint8_t>(control.size(), 0);
             return encode(control, &ControlField::resolution);

@@ -28,6 +28,9 @@ struct CameraOptions {
     bool shortAnswers = false;               ///< see CameraModel::answeredBytes()
     bool outsideRange = false;               ///< pan, tilt and zoom read as ten steps above their own maximum
     bool zeroResolution = false;             ///< GET_RES answers 0
+    bool reversedRange = false;              ///< pan, tilt and zoom: GET_MIN and GET_MAX change places
+    bool notReady = false;                   ///< says of a refused request that it is not ready for it
+    bool hangsOnOrder = false;               ///< see usbip::VirtualCamera::answerDelay()
 };
 
 }  // namespace simulator

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "simulator/camera_controls.h"
 
@@ -33,15 +34,27 @@ constexpr std::array kFaults{
     Fault{"get-def", refuse<request::kGetDef>},
     Fault{"get-cur", refuse<request::kGetCur>},
     Fault{"set-cur", refuse<request::kSetCur>},
+    Fault{"not-ready",
+          [](Faults &faults) {
+              refuse<request::kSetCur>(faults);
+              faults.options.notReady = true;
+          }},
     Fault{"slow", [](Faults &faults) { faults.answerDelay = std::chrono::seconds(1); }},
+    Fault{"very-slow", [](Faults &faults) { faults.answerDelay = std::chrono::milliseconds(2500); }},
+    Fault{"hang", [](Faults &faults) { faults.options.hangsOnOrder = true; }},
     Fault{"short", [](Faults &faults) { faults.options.shortAnswers = true; }},
     Fault{"outside", [](Faults &faults) { faults.options.outsideRange = true; }},
     Fault{"res-0", [](Faults &faults) { faults.options.zeroResolution = true; }},
+    Fault{"reversed", [](Faults &faults) { faults.options.reversedRange = true; }},
+    Fault{"no-zoom", [](Faults &faults) { faults.options.hasZoomAbs = false; }},
     Fault{"ids",
           [](Faults &faults) {
               faults.options.cameraTerminalId = kOtherTerminal;
               faults.options.processingUnitId = kOtherUnit;
           }},
+    Fault{
+        "swapped-ids",
+        [](Faults &faults) { std::swap(faults.options.cameraTerminalId, faults.options.processingUnitId); }},
     Fault{"interface", [](Faults &faults) { faults.options.videoControlInterface = 1; }},
     Fault{"no-header", [](Faults &faults) { faults.options.hasHeader = false; }},
 };

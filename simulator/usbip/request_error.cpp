@@ -17,8 +17,9 @@ RequestError requestErrorOf(const CameraOptions &options, const usb::SetupPacket
     if (control == nullptr) return RequestError::invalidControl;
     if (isAnswered(setup) || setup.request != request::kSetCur || data.size() != control->size())
         return RequestError::invalidRequest;
+    if (!decodeSetting(*control, data)) return RequestError::outOfRange;
     // A value that it would take, and yet a stall: it will not be moved at present.
-    return decodeSetting(*control, data) ? RequestError::wrongState : RequestError::outOfRange;
+    return options.notReady ? RequestError::notReady : RequestError::wrongState;
 }
 
 }  // namespace simulator::usbip

@@ -14,6 +14,7 @@ inline constexpr std::uint8_t kRequestErrorSelector = 0x02;
 
 enum class RequestError : std::uint8_t {
     none = 0,
+    notReady = 1,
     wrongState = 2,
     outOfRange = 4,
     invalidUnit = 5,

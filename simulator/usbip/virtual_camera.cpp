@@ -56,6 +56,7 @@ Export VirtualCamera::exported() const {
 
 void VirtualCamera::attach() {
     attached_ = true;
+    hangs_ = false;
     standard_.reset();
     lastError_ = RequestError::none;
     log_->event(busId_, "attach");
@@ -67,8 +68,14 @@ void VirtualCamera::detach() {
     log_->event(busId_, "detach");
 }
 
-std::chrono::milliseconds VirtualCamera::answerDelay(const usb::SetupPacket &setup) const {
-    return isForVideoControl(setup) ? model_->answerDelay() : std::chrono::milliseconds(0);
+std::chrono::milliseconds VirtualCamera::answerDelay(const usb::SetupPacket &setup) {
+    constexpr std::chrono::hours kNever{1};  // no host waits so long
+    if (!isForVideoControl(setup)) return std::chrono::milliseconds(0);
+
+    const CameraOptions &options = model_->options();
+    const bool isOrder = !isAnswered(setup) && unitOf(setup) == options.cameraTerminalId;
+    if (options.hangsOnOrder && isOrder) hangs_ = true;
+    return hangs_ ? kNever : model_->answerDelay();
 }
 
 std::optional<Bytes> VirtualCamera::control(const usb::SetupPacket &setup, std::span<const std::uint8_t> data,

@@ -39,8 +39,9 @@ class VirtualCamera {
     /// Notes that the cable is about to come out.
     void announceUnplugging() { log_->event(busId_, "unplug"); }
 
-    /// How long the camera takes over a control transfer before it acts on it and answers.
-    [[nodiscard]] std::chrono::milliseconds answerDelay(const usb::SetupPacket &setup) const;
+    /// How long the camera takes over a control transfer before it acts on it and answers. One that hangs
+    /// does neither, from its first order to move on, until it is plugged in again.
+    [[nodiscard]] std::chrono::milliseconds answerDelay(const usb::SetupPacket &setup);
 
     /// Performs one control transfer at once. `data` is what came with it; the answer is already cut to
     /// wLength, and empty where nothing is answered. Nothing: a stall.
@@ -72,6 +73,7 @@ class VirtualCamera {
     VideoStream video_;
     RequestError lastError_ = RequestError::none;
     bool attached_ = false;
+    bool hangs_ = false;
 };
 
 }  // namespace simulator::usbip
