@@ -101,7 +101,7 @@ timeout --kill-after=10 "$limit" qemu-system-x86_64 -nodefaults -no-user-config 
     -fsdev local,id=out,path="$out",security_model=none,multidevs=remap -device virtio-9p-pci,fsdev=out,mount_tag=out \
     -kernel "$(echo "$kernel"/boot/vmlinuz-*)" -initrd "$out/initramfs" \
     -append "console=ttyS0 quiet loglevel=2 panic=-1 mitigations=off zel.modules=$kernel/lib/modules" \
-    </dev/null | tr -d '\r' | tee "$out/console" || status=${PIPESTATUS[0]}
+    </dev/null | sed -u 's/\r//g' | tee "$out/console" || status=${PIPESTATUS[0]}
 rm -f "$out/initramfs"
 
 if [ "$status" -ne 0 ]; then
