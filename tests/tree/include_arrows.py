@@ -88,6 +88,24 @@ def faults_of(path, text):
     return faults
 
 
+def node_of(path):
+    """The name in the picture of a folder, or of what an include names."""
+    if path.startswith("simulator"):
+        return "edition" if path.startswith("simulator/edition") else "simulator"
+    return path.removeprefix("src/").split("/")[0]
+
+
+def picture_faults(picture):
+    drawn = set(re.findall(r"<title>(\w+)&#45;&gt;(\w+)</title>", picture))
+    allowed = {
+        (node_of(path), node_of(name))
+        for path, names in (ARROWS | ENTRY_POINTS).items()
+        for name in names
+        if node_of(path) != node_of(name)
+    }
+    return [f"docs/architecture.svg: {start} -> {end} is missing or wrong" for start, end in drawn ^ allowed]
+
+
 def check(root):
     faults, files = [], 0
     for top in ("src", "simulator"):
@@ -118,7 +136,8 @@ def self_test():
             (root / path).parent.mkdir(parents=True, exist_ok=True)
             (root / path).write_text(text)
         faults, _ = check(root)
-        missed = [path for path in wrong if not any(fault.startswith(path + ":") for fault in faults)]
+        missed = [] if picture_faults("") else ["docs/architecture.svg"]
+        missed += [path for path in wrong if not any(fault.startswith(path + ":") for fault in faults)]
     return [f"a wrong include was not found in {path}" for path in missed]
 
 
@@ -127,6 +146,7 @@ def main():
     faults = self_test() if "--self-test" in sys.argv else []
     if not faults and "--self-test" not in sys.argv:
         faults, files = check(root)
+        faults += picture_faults((root / "docs/architecture.svg").read_text(encoding="utf-8"))
         if files == 0:
             faults = [f"no source files under {root}"]
     print("\n".join(faults))
