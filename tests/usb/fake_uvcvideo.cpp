@@ -96,10 +96,6 @@ int Uvcvideo::answer(UMockdevIoctlClient *client, const Node &node) {
     if (gone_ || camera_->isUnplugged()) return ENODEV;
     if (code == VIDIOC_QUERYCAP) return tellCapabilities(argument, node);
 
-    if (busyAnswers_ > 0) {
-        --busyAnswers_;
-        return EBUSY;
-    }
     switch (code) {
         case VIDIOC_QUERY_EXT_CTRL:
             return describe(argument);

@@ -34,8 +34,6 @@ class Uvcvideo {
 
     /// From now on every call answers ENODEV: the camera or the driver has gone.
     void pullOut() { gone_ = true; }
-    /// So many control calls to come answer EBUSY, as for a camera that is not ready.
-    void answerBusy(int times) { busyAnswers_ = times; }
     /// Gives the camera an exposure mode, which the simulated one lacks: a bit for each of V4L2's modes.
     void offerExposureModes(unsigned modes, std::int32_t standard) {
         exposureModes_ = modes;
@@ -87,7 +85,6 @@ class Uvcvideo {
     std::map<ControlKey, Limits> limits_;
     std::atomic<unsigned> exposureModes_ = 0;
     std::atomic<std::int32_t> exposureMode_ = 0;
-    std::atomic<int> busyAnswers_ = 0;
     std::atomic<bool> gone_ = false;
 };
 

@@ -133,22 +133,6 @@ TEST_F(LinuxRegistryTest, MovesTheRightOneOfTwoEqualCamerasWhateverTheirNodesAre
     EXPECT_TRUE(other->transfers().empty());
 }
 
-TEST_F(LinuxRegistryTest, AsksACameraThatIsNotReadyAgainButNotForEver) {
-    const auto control = boundInterface();
-    ASSERT_NE(control, nullptr);
-    rig.usbfs.driverOf(camera).answerBusy(5);
-    EXPECT_EQ(setZoom(*control, 10), Outcome::done);
-    EXPECT_EQ(camera->target().zoom, 10);
-
-    rig.usbfs.driverOf(camera).answerBusy(1'000'000);
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(setZoom(*control, 20), Outcome::timedOut);
-    const auto spent = std::chrono::steady_clock::now() - start;
-    EXPECT_GT(spent, std::chrono::milliseconds(usb::kRequestTimeout / 2));
-    EXPECT_LT(spent, std::chrono::milliseconds(usb::kRequestTimeout + 500));
-    EXPECT_EQ(camera->target().zoom, 10);
-}
-
 TEST_F(LinuxRegistryTest, AnswersForTheDriverWhatItsOwnRequestsWouldSay) {
     const auto control = boundInterface();
     ASSERT_NE(control, nullptr);
