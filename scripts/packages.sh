@@ -19,6 +19,8 @@ KERNEL_PACKAGES=(qemu-system-x86 busybox-static cpio kmod udev usbip v4l-utils i
 BIG_ENDIAN_PACKAGES=(g++-s390x-linux-gnu qemu-user googletest)
 # xvfb-run calls xauth, which xvfb only recommends.
 TOUR_PACKAGES=(xvfb xauth openbox xdotool imagemagick x11-utils)
+# What a screen reader speaks to, and a Wayland desktop for it, beside the tour's screen.
+ACCESSIBILITY_PACKAGES=(at-spi2-core python3-pyatspi dbus-daemon weston)
 
 # need_packages PACKAGE...: installs what is missing. One call with all that a script needs: where nobody here may
 # install, it ends with the command for somebody who may, and that command is to be the only one.
