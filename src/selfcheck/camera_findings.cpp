@@ -52,8 +52,8 @@ bool isVideoNode(const std::string &path) {
     return path.starts_with("/dev/video");
 }
 
-/// A driver of another kind, which offers nothing that a program could use.
-bool isHeldByStranger(const Facts &facts) {
+/// Whether a driver has it that is not for cameras, and through which no program can use it.
+bool isHeldByOtherDriver(const Facts &facts) {
     const usb::InterfaceReport &access = *facts.access;
     return access.driver && access.driver != kProgramsDriver && !usesKernelDriver(facts) &&
            !isVideoNode(access.path);
@@ -68,11 +68,11 @@ Line driverLine(const Facts &facts) {
         return {
             State::Good,
             "El controlador de vídeo del sistema (" + *access.driver + ") gestiona la cámara, como es normal",
-            {}};
+            "Recuerda sus límites, y a veces su posición, sin volver a preguntárselos."};
     if (access.driver == kProgramsDriver)
         return {State::Fault, "Otro programa se ha quedado con el control de la cámara (usbfs)",
                 "Ciérrelo, o desenchufe la cámara y vuelva a enchufarla."};
-    if (isHeldByStranger(facts))
+    if (isHeldByOtherDriver(facts))
         return {State::Fault, "Un controlador que no es de vídeo tiene la cámara: " + *access.driver,
                 "Con él no se puede mover. No es un programa que se pueda cerrar: quien administra el equipo "
                 "tiene que quitar ese controlador y volver a enchufar la cámara."};
@@ -121,13 +121,12 @@ Line programsLine(const Facts &facts) {
 
 void addPace(Section &section, const Facts &facts) {
     const std::string remedy = "Conéctela directamente al equipo, sin concentradores ni alargadores USB.";
-    constexpr std::chrono::milliseconds kSlow{500};
     if (facts.isTooSlow)
         section.lines.push_back({State::Warning,
                                  "La cámara tarda demasiado en contestar: más de " +
                                      std::to_string(usb::kRequestTimeout) + " milisegundos",
                                  "No se le ha preguntado nada más. " + remedy});
-    else if (!facts.givenUp && facts.slowest >= kSlow)
+    else if (!facts.givenUp && facts.slowest >= kSlowTransfer)
         section.lines.push_back({State::Warning,
                                  "La cámara contesta despacio: hasta " +
                                      std::to_string(facts.slowest.count()) +
@@ -179,7 +178,9 @@ Section busFindings(const Facts &facts) {
         section.lines.push_back({State::Warning,
                                  "Hay " + std::to_string(supported) +
                                      " cámaras del mismo modelo; el programa mueve la última de esta lista",
-                                 "Si es la otra la que tiene que moverse, desenchufe la que sobra."});
+                                 supported == 2
+                                     ? "Si es la otra la que tiene que moverse, desenchufe la que sobra."
+                                     : "Si es otra la que tiene que moverse, desenchufe las que sobran."});
     for (std::size_t i = 0; i < facts.cameras.size(); ++i)
         section.lines.push_back(cameraLine(facts.cameras[i], facts.moved == i));
     return section;
@@ -192,7 +193,7 @@ Section accessFindings(const Facts &facts) {
     } else {
         section.lines.push_back(driverLine(facts));
         // That the file is taken is the driver's doing then, and already told.
-        if (!isHeldByStranger(facts) || facts.access->access != usb::Outcome::busy)
+        if (!isHeldByOtherDriver(facts) || facts.access->access != usb::Outcome::busy)
             section.lines.push_back(permissionLine(*facts.access));
         section.lines.push_back(programsLine(facts));
     }

@@ -10,6 +10,8 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "platform/services.h"
+#include "selfcheck/order_trial.h"
 #include "selfcheck/report_text.h"
 #include "selfcheck/report_view.h"
 
@@ -27,8 +29,12 @@ QFont enlarged(QFont font) {
 
 }  // namespace
 
-CheckWindow::CheckWindow(StartExamination start, QString version, QWidget *parent)
-    : QWidget(parent), start_(std::move(start)), version_(std::move(version)) {
+CheckWindow::CheckWindow(std::shared_ptr<const usb::DeviceRegistry> registry, AccessInspector inspector,
+                         QString version, QWidget *parent)
+    : QWidget(parent),
+      registry_(std::move(registry)),
+      inspector_(std::move(inspector)),
+      version_(std::move(version)) {
     setWindowTitle(QStringLiteral("¿Por qué no se mueve la cámara?"));
     setFont(enlarged(font()));
     resize(760, 720);
@@ -43,7 +49,7 @@ CheckWindow::CheckWindow(StartExamination start, QString version, QWidget *paren
     addButtons(*column);
 
     nextStep_.setSingleShot(true);
-    connect(&nextStep_, &QTimer::timeout, this, &CheckWindow::continueCheck);
+    connect(&nextStep_, &QTimer::timeout, this, &CheckWindow::continueWork);
     setVerdict({State::Information, "Comprobando…", {}});
 }
 
@@ -53,22 +59,29 @@ void CheckWindow::addButtons(QVBoxLayout &column) {
     auto *row = new QHBoxLayout;
     checkAgain_ = new QPushButton(QStringLiteral("Comprobar de &nuevo"), this);
     checkAgain_->setObjectName(QStringLiteral("checkAgain"));
+    tryOrder_ = new QPushButton(QStringLiteral("Probar una &orden"), this);
+    tryOrder_->setObjectName(QStringLiteral("tryOrder"));
     copy_ = new QPushButton(QStringLiteral("Co&piar como texto"), this);
     copy_->setObjectName(QStringLiteral("copyText"));
-    copied_ = new QLabel(this);
+    copied_ = new QLabel(QStringLiteral("Copiado. Péguelo en un mensaje."), this);
     copied_->setTextFormat(Qt::PlainText);
     auto *close = new QPushButton(QStringLiteral("&Cerrar"), this);
     close->setObjectName(QStringLiteral("closeWindow"));
     close->setShortcut(QKeySequence(Qt::Key_Escape));
 
-    for (QPushButton *button : {checkAgain_, copy_, close})
+    for (QPushButton *button : {checkAgain_, tryOrder_, copy_, close})
         button->setMinimumSize(button->sizeHint() + QSize(24, 8));
     row->addWidget(checkAgain_);
+    row->addWidget(tryOrder_);
     row->addWidget(copy_);
-    row->addWidget(copied_, 1);
+    row->addStretch();
     row->addWidget(close);
+    // On a line of its own: beside the buttons it would widen the window.
+    copied_->hide();
+    column.addWidget(copied_);
     column.addLayout(row);
     connect(checkAgain_, &QPushButton::clicked, this, &CheckWindow::check);
+    connect(tryOrder_, &QPushButton::clicked, this, &CheckWindow::tryOrder);
     connect(copy_, &QPushButton::clicked, this, &CheckWindow::copyAsText);
     connect(close, &QPushButton::clicked, this, &QWidget::close);
 }
@@ -80,36 +93,69 @@ void CheckWindow::showEvent(QShowEvent *event) {
 }
 
 void CheckWindow::check() {
-    examination_ = start_();
-    checkAgain_->setEnabled(false);
-    copy_->setEnabled(false);
-    copied_->clear();
     view_->show(std::vector<Section>{});
-    setVerdict({State::Information, "Comprobando…", {}});
+    const auto examination = std::make_shared<Examination>(registry_, inspector_);
+    begin(
+        "Comprobando…", [examination] { return examination->step(); },
+        [this, examination] {
+            facts_ = examination->facts();
+            checkAgain_->setFocus();
+        });
+}
+
+void CheckWindow::tryOrder() {
+    std::string effect =
+        "Se pedirá a la cámara que vaya adonde ya está: primero el giro y la inclinación, después el zoom. "
+        "Hágalo con la cámara quieta; no debería moverse.";
+    if (usesKernelDriver(facts_))
+        effect +=
+            " Si alguien la ha movido con su mando, puede volver a la última posición que le dio este "
+            "equipo.";
+    const auto answer = platform::services().alerts->run({.messageText = "¿Dar una orden a la cámara?",
+                                                          .informativeText = effect,
+                                                          .buttons = {"Dar la orden", "Cancelar"},
+                                                          .windowTitle = std::nullopt,
+                                                          .fieldText = std::nullopt});
+    if (!answer.isFirstButton()) return;
+
+    const auto trial = std::make_shared<OrderTrial>(registry_, facts_);
+    begin(
+        "Probando una orden…", [trial] { return trial->step(); },
+        [this, trial] {
+            facts_.trial = trial->facts();
+            tryOrder_->setFocus();
+        });
+}
+
+void CheckWindow::begin(const char *verdict, std::function<bool()> step, std::function<void()> finish) {
+    step_ = std::move(step);
+    finish_ = std::move(finish);
+    for (QPushButton *button : {checkAgain_, tryOrder_, copy_}) button->setEnabled(false);
+    copied_->hide();
+    setVerdict({State::Information, verdict, {}});
     nextStep_.start(kPaintingTime);
 }
 
-void CheckWindow::continueCheck() {
-    if (!examination_) return;
-    if (examination_->step()) return nextStep_.start(kEventsBetweenSteps);
-    finishCheck();
+void CheckWindow::continueWork() {
+    if (step_()) return nextStep_.start(kEventsBetweenSteps);
+    step_ = nullptr;
+    for (QPushButton *button : {checkAgain_, tryOrder_, copy_}) button->setEnabled(true);
+    std::exchange(finish_, nullptr)();
+    showReport();
 }
 
-void CheckWindow::finishCheck() {
-    report_ = findings(examination_->facts());
-    examination_.reset();
+void CheckWindow::showReport() {
+    report_ = findings(facts_);
     checkedAt_ = QDateTime::currentDateTime().toString(QStringLiteral("dd/MM/yyyy HH:mm:ss"));
     setVerdict(report_.verdict);
     view_->show(report_.sections);
-    checkAgain_->setEnabled(true);
-    copy_->setEnabled(true);
-    checkAgain_->setFocus();
+    tryOrder_->setEnabled(facts_.moved && !facts_.givenUp);
 }
 
 void CheckWindow::copyAsText() {
     const std::string text = textOf(report_, checkedAt_.toStdString(), version_.toStdString());
     QGuiApplication::clipboard()->setText(QString::fromStdString(text));
-    copied_->setText(QStringLiteral("Copiado. Péguelo en un mensaje."));
+    copied_->show();
 }
 
 void CheckWindow::setVerdict(const Line &line) {

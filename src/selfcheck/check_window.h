@@ -16,19 +16,21 @@ namespace selfcheck {
 
 class ReportView;
 
-/// The one page: the verdict, the findings below it, and three buttons. A check begins by itself once the
-/// window is on the screen. Object names: "verdict", "report", "checkAgain", "copyText", "closeWindow".
+/// The one page: the verdict, the findings below it, and four buttons. A check begins by itself once the
+/// window is on the screen; it gives no order. "tryOrder" asks first, then sends the camera where it already
+/// is, and adds to the page what came of it. Object names: "verdict", "report", "checkAgain", "tryOrder",
+/// "copyText", "closeWindow".
 class CheckWindow final : public QWidget {
     Q_OBJECT
 
  public:
-    using StartExamination = std::function<std::unique_ptr<Examination>()>;
-
-    /// `start` makes a new examination for each check; `version` is told in the copied text.
-    CheckWindow(StartExamination start, QString version, QWidget *parent = nullptr);
+    /// `registry` and `inspector` serve each check (see Examination); `version` is told in the copied text.
+    CheckWindow(std::shared_ptr<const usb::DeviceRegistry> registry, AccessInspector inspector,
+                QString version, QWidget *parent = nullptr);
     ~CheckWindow() override;
 
-    [[nodiscard]] bool isChecking() const { return examination_ != nullptr; }
+    /// Whether a check, or a trial of an order, is going on.
+    [[nodiscard]] bool isBusy() const { return step_ != nullptr; }
 
  protected:
     void showEvent(QShowEvent *event) override;
@@ -36,14 +38,20 @@ class CheckWindow final : public QWidget {
  private:
     void addButtons(QVBoxLayout &column);
     void check();
-    void continueCheck();
-    void finishCheck();
+    void tryOrder();
+    /// Does `step` again and again until it answers false, then `finish`, and shows the page anew.
+    void begin(const char *verdict, std::function<bool()> step, std::function<void()> finish);
+    void continueWork();
+    void showReport();
     void copyAsText();
     void setVerdict(const Line &line);
 
-    StartExamination start_;
+    std::shared_ptr<const usb::DeviceRegistry> registry_;
+    AccessInspector inspector_;
     QString version_;
-    std::unique_ptr<Examination> examination_;
+    std::function<bool()> step_;    // of the work that is going on; null when there is none
+    std::function<void()> finish_;  // the same
+    Facts facts_;
     Report report_;
     QString checkedAt_;
     bool hasChecked_ = false;
@@ -53,6 +61,7 @@ class CheckWindow final : public QWidget {
     QWidget *verdict_ = nullptr;
     ReportView *view_ = nullptr;
     QPushButton *checkAgain_ = nullptr;
+    QPushButton *tryOrder_ = nullptr;
     QPushButton *copy_ = nullptr;
     QLabel *copied_ = nullptr;
 };

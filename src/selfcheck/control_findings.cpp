@@ -1,4 +1,4 @@
-// What the camera says of its pan, tilt and zoom, and what is ill about it.
+// What the camera says of its pan, tilt and zoom, and what is wrong with it.
 
 #include <algorithm>
 #include <array>
@@ -116,7 +116,7 @@ bool isOutside(std::int64_t value, std::int64_t minimum, std::int64_t maximum) {
     return value < minimum || value > maximum;
 }
 
-void addRangeIllnesses(Section &section, const Axis &axis, const ControlFacts &facts, std::size_t field) {
+void addRangeFindings(Section &section, const Axis &axis, const ControlFacts &facts, std::size_t field) {
     if (!facts.minimum || !facts.maximum) return;
     const std::string name = axis.name;
     const std::int64_t minimum = (*facts.minimum)[field];
@@ -142,28 +142,41 @@ void addRangeIllnesses(Section &section, const Axis &axis, const ControlFacts &f
                                  {}});
 }
 
-void addAxis(Section &section, const Axis &axis, const ControlFacts &facts, std::size_t field) {
+std::string limitsText(const Axis &axis, const ControlFacts &facts, std::size_t field) {
+    if (!facts.minimum && !facts.step && !facts.standard) return "No se saben sus límites.";
+    const std::string range = facts.minimum && facts.maximum
+                                  ? "De " + withDegrees(axis, (*facts.minimum)[field]) + " a " +
+                                        withDegrees(axis, (*facts.maximum)[field])
+                                  : "Mínimo y máximo desconocidos";
+    return range + ", paso " + valueText(axis, facts.step, field) + ", predeterminado " +
+           valueText(axis, facts.standard, field) + ".";
+}
+
+std::string positionText(const Axis &axis, const Facts &facts, const ControlFacts &control,
+                         std::size_t field) {
+    const std::string name = axis.name;
+    if (!control.current) return name + ": no se sabe su valor actual";
+    const std::string value = withDegrees(axis, (*control.current)[field]);
+    return usesKernelDriver(facts) ? name + ": " + value + ", según el sistema" : name + ": ahora " + value;
+}
+
+void addAxis(Section &section, const Axis &axis, const Facts &facts, const ControlFacts &control,
+             std::size_t field) {
     const std::string name = axis.name;
     const std::size_t own = section.lines.size();
-    // A value without limits to compare it with is no good news.
-    const bool isWhole = facts.current && facts.minimum && facts.maximum;
-    const bool hasLimits = facts.minimum || facts.maximum || facts.step || facts.standard;
-    section.lines.push_back({isWhole ? State::Good : State::Information,
-                             facts.current ? name + ": ahora " + withDegrees(axis, (*facts.current)[field])
-                                           : name + ": no se sabe su valor actual",
-                             hasLimits ? "De " + valueText(axis, facts.minimum, field) + " a " +
-                                             valueText(axis, facts.maximum, field) + ", paso " +
-                                             valueText(axis, facts.step, field) + ", predeterminado " +
-                                             valueText(axis, facts.standard, field) + "."
-                                       : "No se saben sus límites."});
-    addRangeIllnesses(section, axis, facts, field);
-    if (facts.step && (*facts.step)[field] <= 0)
+    section.lines.push_back(
+        {State::Information, positionText(axis, facts, control, field), limitsText(axis, control, field)});
+    addRangeFindings(section, axis, control, field);
+    if (control.step && (*control.step)[field] <= 0)
         section.lines.push_back(
-            {State::Warning, name + ": el paso es " + std::to_string((*facts.step)[field]),
+            {State::Warning, name + ": el paso es " + std::to_string((*control.step)[field]),
              "Una cámara sana da un paso mayor que cero. El programa pide las posiciones sin "
              "redondear."});
-    // No tick above its own illnesses.
-    if (section.lines.size() > own + 1) section.lines[own].state = State::Information;
+    // Good only where the camera itself has answered, there are limits to compare its position with, and
+    // nothing is wrong with them.
+    const bool isWhole = control.current && control.minimum && control.maximum;
+    if (isWhole && !usesKernelDriver(facts) && section.lines.size() == own + 1)
+        section.lines[own].state = State::Good;
 }
 
 bool wasAnswered(const ControlFacts &facts) {
@@ -187,7 +200,7 @@ Section controlFindings(std::string title, const Facts &facts, const ControlFact
     }
     if (wasAnswered(control))
         for (std::size_t field = 0; field < axes.size(); ++field)
-            addAxis(section, axes[field], control, field);
+            addAxis(section, axes[field], facts, control, field);
     if (!control.maySet)
         section.lines.push_back({State::Fault, "La cámara dice que este control no se puede cambiar", {}});
     addFailures(section, facts, control);

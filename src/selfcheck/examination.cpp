@@ -1,7 +1,6 @@
 #include "selfcheck/examination.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "ptz/supported_camera.h"
@@ -14,21 +13,6 @@ namespace selfcheck {
 namespace {
 
 constexpr std::uint32_t kCanBeSet = 1u << 1;  // of GET_INFO (USB Video Class 1.1, section 4.1.2)
-
-template <typename Number>
-std::int64_t numberAt(const UVCValue &value, std::size_t field) {
-    Number number{};
-    std::memcpy(&number, static_cast<const std::uint8_t *>(value.valuePtr()) + field * sizeof number,
-                sizeof number);
-    return number;
-}
-
-/// The fields of a pan-tilt-abs (two of 32 signed bits) or zoom-abs value (one of 16 bits, unsigned).
-FieldValues numbersOf(const UVCValue &value) {
-    if (value.valueType()->fieldCount() == 2)
-        return {numberAt<std::int32_t>(value, 0), numberAt<std::int32_t>(value, 1)};
-    return {numberAt<std::uint16_t>(value, 0)};
-}
 
 bool hasVideoControl(const usb::Device &device) {
     return device.videoControl() != nullptr;
@@ -90,14 +74,13 @@ void Examination::planControl(ControlFacts &facts, const char *name) {
     if (!facts.isOffered) return;
 
     const std::size_t row = UVCController::controlIndexForString(name);
-    asking(facts, [&] {
-        std::uint32_t info = kCanBeSet;
-        if (camera_->capabilities(info, row)) facts.maySet = (info & kCanBeSet) != 0;
-    });
-    steps_.push_front([this, &facts, row] { readValue(facts, row, &ControlFacts::current); });
     steps_.push_front([this, &facts, row] { readValue(facts, row, &ControlFacts::standard); });
     steps_.push_front([this, &facts, row] { readValue(facts, row, &ControlFacts::step); });
     steps_.push_front([this, &facts, row] { readRange(facts, row); });
+    steps_.push_front([this, &facts, row] { readInfo(facts, row); });
+    // First the request that is one transfer at most: a camera that takes too long for it is asked nothing
+    // that may be several.
+    readValue(facts, row, &ControlFacts::current);
 }
 
 void Examination::asking(ControlFacts &facts, const std::function<void()> &ask) {
@@ -106,13 +89,20 @@ void Examination::asking(ControlFacts &facts, const std::function<void()> &ask) 
     ask();
     for (std::size_t i = before; i < log.requests.size(); ++i) {
         const WatchedRequest &request = log.requests[i];
-        // What the kernel's driver is asked first it answers by several transfers, and then by none.
+        // Of the other requests the kernel's driver makes four transfers, or none.
         if (request.code == usb::request::kGetCur)
             facts_.slowest = std::max(facts_.slowest, request.duration);
         if (request.outcome != usb::Outcome::done) facts.failures.push_back({request.code, request.outcome});
     }
     facts_.givenUp = log.givenUp;
     facts_.isTooSlow = log.isTooSlow;
+}
+
+void Examination::readInfo(ControlFacts &facts, std::size_t row) {
+    asking(facts, [&] {
+        std::uint32_t info = kCanBeSet;
+        if (camera_->capabilities(info, row)) facts.maySet = (info & kCanBeSet) != 0;
+    });
 }
 
 void Examination::readRange(ControlFacts &facts, std::size_t row) {

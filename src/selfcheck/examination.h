@@ -19,7 +19,8 @@ class WatchedDevice;
 using AccessInspector = std::function<std::optional<usb::InterfaceReport>(std::uint32_t locationId)>;
 
 /// One check from beginning to end, in steps, so that a window stays alive between them. It only looks: no
-/// request is ever sent that could move a camera or change a setting, and no file is written.
+/// request is ever sent that could move a camera or change a setting, and no file is written. So it cannot
+/// tell whether the camera obeys; OrderTrial can.
 class Examination {
  public:
     Examination(std::shared_ptr<const usb::DeviceRegistry> registry, AccessInspector inspector);
@@ -28,9 +29,8 @@ class Examination {
     Examination &operator=(const Examination &) = delete;
 
     /// Does a piece of the work. False when there is no piece left. It blocks for one request to the camera,
-    /// or for two (minimum and maximum) where the first took no longer than usb::kRequestTimeout: after one
-    /// that did, nothing more is asked. Through the kernel's driver one request may be several transfers, of
-    /// up to 5 s each.
+    /// or for two (minimum and maximum); after one that took too long (see WatchedDevice) nothing more is
+    /// asked. Through the kernel's driver one request may be several transfers, of up to 5 s each.
     bool step();
 
     /// What has been found so far.
@@ -43,6 +43,7 @@ class Examination {
     void planControl(ControlFacts &facts, const char *name);
     /// Runs `ask` and adds what went wrong meanwhile to the control's failures.
     void asking(ControlFacts &facts, const std::function<void()> &ask);
+    void readInfo(ControlFacts &facts, std::size_t row);
     void readRange(ControlFacts &facts, std::size_t row);
     void readValue(ControlFacts &facts, std::size_t row, Slot slot);
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "scenes/scene_check.h"
+#include "selfcheck/field_values.h"
 #include "usb/linux/interface_report.h"
 #include "usb/usb.h"
 
@@ -19,10 +20,8 @@ struct FailedRequest {
     usb::Outcome outcome = usb::Outcome::failed;
 };
 
-/// Minimum, maximum and so on of a control's fields, in the camera's own units and the fields' order.
-using FieldValues = std::vector<std::int64_t>;
-
-/// What a camera says of one of its controls. Absent values were not answered, or not asked.
+/// What is said of one of a camera's controls: by the camera, or by the kernel's driver, which may answer
+/// from its memory (usesKernelDriver()). Absent values were not answered, or not asked.
 struct ControlFacts {
     bool isOffered = false;  ///< by the camera's descriptors
     bool maySet = true;      ///< GET_INFO says that it can be set
@@ -44,6 +43,26 @@ struct CameraFacts {
     bool isUsable = false;     ///< its VideoControl descriptors make sense to the camera library
 };
 
+/// How a control was tried: it was to be sent the position that it reports.
+struct OrderFacts {
+    enum class Stage {
+        Reading,       ///< the position could not be read: nothing was sent
+        OutsideRange,  ///< the position is outside the control's own range: nothing was sent
+        Ordering       ///< the order was sent
+    };
+    Stage stage = Stage::Reading;
+    usb::Outcome outcome = usb::Outcome::failed;  ///< of the reading or of the order
+    std::chrono::milliseconds duration{0};        ///< of the order
+
+    [[nodiscard]] bool wasObeyed() const { return stage == Stage::Ordering && outcome == usb::Outcome::done; }
+};
+
+/// What came of a trial; controls that the camera does not offer are absent.
+struct TrialFacts {
+    std::optional<OrderFacts> panTilt;
+    std::optional<OrderFacts> zoom;
+};
+
 struct Facts {
     bool busWasRead = false;
     std::vector<CameraFacts> cameras;  ///< in the bus's order; devices that are no cameras are left out
@@ -54,14 +73,17 @@ struct Facts {
     std::optional<usb::Outcome> givenUp;         ///< why it was not asked any further
     /// Given up (as timed out) because a request took longer than usb::kRequestTimeout, however it ended.
     bool isTooSlow = false;
-    std::chrono::milliseconds slowest{0};  ///< its slowest answer to GET_CUR
+    std::chrono::milliseconds slowest{0};  ///< its slowest answer to GET_CUR, without the opening
     ControlFacts panTilt;
     ControlFacts zoom;
+    std::optional<TrialFacts> trial;  ///< absent: it was given no order
 
     scenes::StoreCheck store;
 };
 
-/// Whether the camera's requests travel through the kernel's driver.
+/// Whether the camera is reached through the kernel's driver. It keeps limits, and on many cameras positions,
+/// in its memory: a reading is one transfer to the camera, or several, or none. An order always reaches the
+/// camera.
 [[nodiscard]] inline bool usesKernelDriver(const Facts &facts) {
     return facts.access && facts.access->driver == "uvcvideo";
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -11,7 +12,7 @@ namespace selfcheck {
 enum class State {
     Information,  ///< neither good nor bad
     Good,
-    Warning,  ///< something to look at; the camera can be moved all the same
+    Warning,  ///< something to look at, which does not keep the camera from moving
     Fault     ///< keeps the camera from moving, or the program from starting
 };
 
@@ -34,6 +35,9 @@ struct Report {
     std::vector<Section> sections;
 };
 
+/// From here on one transfer is slow.
+inline constexpr std::chrono::milliseconds kSlowTransfer{500};
+
 /// Turns what was found into a report. Pure.
 [[nodiscard]] Report findings(const Facts &facts);
 
@@ -41,6 +45,7 @@ struct Report {
 [[nodiscard]] std::string stateWord(State state);
 
 /// The parts of the report.
+[[nodiscard]] Section trialFindings(const Facts &facts);
 [[nodiscard]] Section busFindings(const Facts &facts);
 [[nodiscard]] Section accessFindings(const Facts &facts);
 [[nodiscard]] Section panTiltFindings(const Facts &facts);

@@ -15,11 +15,7 @@ int main(int argc, char *argv[]) {
 
     const auto cameras = std::make_shared<usb::LinuxRegistry>();
     selfcheck::CheckWindow window(
-        [&cameras] {
-            return std::make_unique<selfcheck::Examination>(cameras, [cameras](std::uint32_t locationId) {
-                return usb::inspectInterface(*cameras, locationId);
-            });
-        },
+        cameras, [cameras](std::uint32_t locationId) { return usb::inspectInterface(*cameras, locationId); },
         QString::fromUtf8(product::kVersion));
     window.show();
     return QApplication::exec();

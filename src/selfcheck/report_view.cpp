@@ -16,7 +16,7 @@ QString text(const std::string &utf8) {
 
 QLabel *makeLabel(const QString &content, qreal scale, bool bold, QWidget *parent) {
     auto *label = new QLabel(content, parent);
-    // Names of cameras and rooms are nobody's markup.
+    // The name of a camera or a room may look like HTML.
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);

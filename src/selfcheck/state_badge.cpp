@@ -6,7 +6,7 @@
 namespace selfcheck {
 namespace {
 
-// Each with white on it has a contrast that is readable on light and dark windows alike.
+// Readable on light and dark windows. The sign on it is white, and black on amber.
 QColor colourOf(State state) {
     switch (state) {
         case State::Good:
@@ -21,7 +21,7 @@ QColor colourOf(State state) {
     return QColor(0x6b, 0x74, 0x80);
 }
 
-// All in a square of one unit a side.
+// Shapes and signs are drawn in a square of one unit a side.
 void paintShape(QPainter &painter, State state) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(colourOf(state));

@@ -15,7 +15,7 @@ namespace selfcheck {
 struct WatchedRequest {
     std::uint8_t code = 0;  ///< bRequest
     usb::Outcome outcome = usb::Outcome::done;
-    std::chrono::milliseconds duration{0};  ///< opening included
+    std::chrono::milliseconds duration{0};  ///< without the opening
 };
 
 /// What a device was asked. Shared by the device and its interfaces.
@@ -23,24 +23,32 @@ struct RequestLog {
     std::vector<WatchedRequest> requests;
     /// Why nothing more is asked of the device: it did not open, gave no answer in time, or is gone.
     std::optional<usb::Outcome> givenUp;
-    /// Given up (as Outcome::timedOut) because one request took longer than the device's patience, however it
-    /// ended.
+    /// Given up (as Outcome::timedOut) because one request took too long, however it ended.
     bool isTooSlow = false;
 };
 
-/// A device that can be looked at and not moved: it passes GET requests on to another device, notes how each
-/// ended, and gives up after the first that shows the device to be out of reach, so that a dead camera costs
-/// one time-out and not a dozen. Whatever is no GET fails without being sent.
+/// A device whose requests are watched: it passes them on to another device, notes how each ended, and gives
+/// up after the first that shows the device to be out of reach, so that a dead camera costs one time-out and
+/// not a dozen.
 ///
-/// A request that takes longer than `patience` counts as such a sign too: the kernel's driver makes several
-/// transfers of one request and waits for each by itself, so that a nearly dead camera would block for long
-/// without a single time-out.
+/// A request that takes too long counts as such a sign too: the kernel's driver waits up to 5 s for each
+/// transfer, so that a nearly dead camera would block for long without a single time-out. Too long is more
+/// than `patience` for GET_CUR and SET_CUR, and four times that for the other requests, for which the driver
+/// may have to read all four limits of the control.
 class WatchedDevice : public usb::Device {
  public:
+    enum class Orders {
+        Refused,  ///< whatever is no GET fails without being sent: the device can be looked at, not moved
+        Sent
+    };
+
     explicit WatchedDevice(
-        std::shared_ptr<const usb::Device> device,
+        std::shared_ptr<const usb::Device> device, Orders orders = Orders::Refused,
         std::chrono::milliseconds patience = std::chrono::milliseconds(usb::kRequestTimeout))
-        : device_(std::move(device)), patience_(patience), log_(std::make_shared<RequestLog>()) {}
+        : device_(std::move(device)),
+          orders_(orders),
+          patience_(patience),
+          log_(std::make_shared<RequestLog>()) {}
 
     [[nodiscard]] const RequestLog &log() const { return *log_; }
 
@@ -52,6 +60,7 @@ class WatchedDevice : public usb::Device {
 
  private:
     std::shared_ptr<const usb::Device> device_;
+    Orders orders_;
     std::chrono::milliseconds patience_;
     std::shared_ptr<RequestLog> log_;
 };

@@ -5,9 +5,11 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QRegularExpression>
+#include <algorithm>
 
 #include "scenes/scene_file.h"
 #include "selfcheck_bench.h"
+#include "support/answered_alerts.h"
 #include "support/window_user.h"
 
 namespace {
@@ -17,13 +19,13 @@ using selfcheck::CheckWindow;
 class CheckWindowTest : public SelfcheckBench, protected support::WindowUser {
  protected:
     CheckWindow &open() {
-        window_ = std::make_unique<CheckWindow>([this] { return examination(); }, QStringLiteral("7.5"));
+        window_ = std::make_unique<CheckWindow>(bus_, inspector(), QStringLiteral("7.5"));
         window_->show();
         return *window_;
     }
 
     void finish() {
-        EXPECT_TRUE(QTest::qWaitFor([this] { return !window_->isChecking(); }));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !window_->isBusy(); }));
     }
 
     [[nodiscard]] QWidget *window() const override { return window_.get(); }
@@ -42,7 +44,7 @@ TEST_F(CheckWindowTest, IsOnTheScreenBeforeTheCameraIsAsked) {
     EXPECT_TRUE(camera->transfers().empty());
     EXPECT_FALSE(button("copyText")->isEnabled());
     finish();
-    EXPECT_TRUE(verdict().startsWith(QStringLiteral("Bien: La cámara responde")));
+    EXPECT_TRUE(verdict().startsWith(QStringLiteral("Dato: La cámara está conectada")));
     EXPECT_TRUE(button("copyText")->isEnabled());
 }
 
@@ -71,15 +73,43 @@ TEST_F(CheckWindowTest, CheckingAgainSeesWhatHasChanged) {
     const auto camera = plug();
     click("checkAgain");
     finish();
-    EXPECT_TRUE(verdict().startsWith(QStringLiteral("Bien")));
+    EXPECT_TRUE(verdict().startsWith(QStringLiteral("Dato: La cámara está")));
     EXPECT_EQ(camera->transfers().size(), 12U);
+}
+
+TEST_F(CheckWindowTest, GivesAnOrderOnlyAfterAskingAndTellsItsOutcome) {
+    const auto camera = plug();
+    open();
+    finish();
+    support::AnsweredAlerts alerts;
+    alerts.cancel();
+    click("tryOrder");
+    EXPECT_FALSE(window_->isBusy());
+    ASSERT_EQ(alerts.shown().size(), 1U);
+    EXPECT_THAT(alerts.shown()[0].informativeText, testing::HasSubstr("la última posición que le dio"));
+    EXPECT_EQ(camera->count(1, 0x0D, 0x01) + camera->count(1, 0x0B, 0x01), 0);
+
+    alerts.accept();
+    click("tryOrder");
+    EXPECT_FALSE(button("tryOrder")->isEnabled());
+    finish();
+    EXPECT_EQ(camera->count(1, 0x0D, 0x01) + camera->count(1, 0x0B, 0x01), 2);
+    EXPECT_TRUE(verdict().startsWith(QStringLiteral("Bien: La cámara obedece")));
+    EXPECT_TRUE(std::ranges::any_of(findings(), [](const QWidget *finding) {
+        return finding->accessibleName() == QStringLiteral("Bien: Zoom: la cámara ha aceptado la orden");
+    }));
+
+    bus_->unplug(camera);
+    click("checkAgain");
+    finish();
+    EXPECT_FALSE(button("tryOrder")->isEnabled());
 }
 
 TEST_F(CheckWindowTest, ClosesInTheMiddleOfACheck) {
     const auto camera = plug();
     open();
     ASSERT_TRUE(QTest::qWaitFor([&] { return !camera->transfers().empty(); }));
-    ASSERT_TRUE(window_->isChecking());
+    ASSERT_TRUE(window_->isBusy());
     click("closeWindow");
     EXPECT_FALSE(window_->isVisible());
     window_.reset();
@@ -104,7 +134,7 @@ TEST_F(CheckWindowTest, SaysEverythingInSpanishAndByName) {
         EXPECT_FALSE(label->text().contains(english)) << label->text().toStdString();
         EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
     }
-    for (const char *name : {"checkAgain", "copyText", "closeWindow"}) {
+    for (const char *name : {"checkAgain", "tryOrder", "copyText", "closeWindow"}) {
         ASSERT_NE(button(name), nullptr) << name;
         EXPECT_FALSE(button(name)->text().isEmpty()) << name;
     }

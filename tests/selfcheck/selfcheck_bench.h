@@ -10,6 +10,7 @@
 
 #include "selfcheck/examination.h"
 #include "selfcheck/findings.h"
+#include "selfcheck/order_trial.h"
 #include "selfcheck/report_text.h"
 #include "simulator/camera_model.h"
 #include "simulator/simulated_registry.h"
@@ -27,23 +28,35 @@ class SelfcheckBench : public testing::Test {
         return camera;
     }
 
-    std::unique_ptr<selfcheck::Examination> examination() {
-        return std::make_unique<selfcheck::Examination>(bus_, [this](std::uint32_t location) {
+    selfcheck::AccessInspector inspector() {
+        return [this](std::uint32_t location) {
             inspected_ = location;
             return access_;
-        });
+        };
     }
 
     selfcheck::Facts examine() {
-        const auto check = examination();
-        while (check->step()) {
+        selfcheck::Examination check(bus_, inspector());
+        while (check.step()) {
         }
-        return check->facts();
+        return check.facts();
     }
 
+    /// `facts` after an order to their camera.
+    selfcheck::Facts tried(selfcheck::Facts facts) {
+        selfcheck::OrderTrial trial(bus_, facts);
+        while (trial.step()) {
+        }
+        facts.trial = trial.facts();
+        return facts;
+    }
+
+    static std::string textOf(const selfcheck::Facts &facts) {
+        return selfcheck::textOf(selfcheck::findings(facts), "01/02/2025 10:00:00", "1.0");
+    }
     selfcheck::Report report() { return selfcheck::findings(examine()); }
     /// The report as it would be copied.
-    std::string text() { return selfcheck::textOf(report(), "01/02/2025 10:00:00", "1.0"); }
+    std::string text() { return textOf(examine()); }
 
     support::TemporaryDocuments documents_;
     std::shared_ptr<simulator::SimulatedRegistry> bus_ = std::make_shared<simulator::SimulatedRegistry>();
