@@ -5,8 +5,11 @@
 #include <string>
 
 /// Plain text access to the one supported camera (USB vendor 0x2574, product 0x09C0; the last one listed
-/// where there are several). No state is kept: every call enumerates the devices anew, talks to the camera
-/// and waits for it, a bounded time for each request. Failures print one "ERROR:  " line on standard error.
+/// where there are several). No state is kept: every call enumerates the devices anew, sends the camera
+/// several requests and waits for each (see usb::kRequestTimeout). A camera that is plugged in while the
+/// program runs is found only where the system announces new devices (udev).
+///
+/// A missing camera prints nothing; any other failure prints one "ERROR:  " line on standard error.
 ///
 /// Pan and tilt are in the camera's units of 1/3600 degree, zoom in the camera's own units.
 ///
@@ -25,7 +28,8 @@ inline constexpr char kUnreadablePosition[] = "AAAAAAAAA";
 /// The zoom as a bare decimal number, e.g. "150".
 [[nodiscard]] std::optional<std::string> getZoomPosition();
 
-/// The same as setPanTiltPosition for the zoom.
+/// The same as setPanTiltPosition for a zoom of 0 to 65535. Any other number first wraps to 16 bits: 65536 is
+/// 0, and -5 is 65531, so that it goes to the camera's maximum.
 [[nodiscard]] bool setZoomPosition(std::int32_t zoom);
 
 /// Minimum, maximum, step and default of pan, then of tilt, joined by ",". The first character of the maximum

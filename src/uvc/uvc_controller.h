@@ -22,9 +22,9 @@ class UVCControl;
 /// made of.
 ///
 /// The interface is closed at creation. Each request opens it and closes it again, unless it is held open by
-/// setIsInterfaceOpen(true). A request blocks for its transfer, a bounded time (usb::kRequestTimeout).
-/// Controllers live in shared pointers; the last user to let go of a controller and of all its controls
-/// closes the interface.
+/// setIsInterfaceOpen(true). A request blocks until its transfer is over; usb::kRequestTimeout tells how long
+/// that may be, and that the kernel's driver may make several transfers of one request. Controllers live in
+/// shared pointers; the last user to let go of a controller and of all its controls closes the interface.
 class UVCController : public std::enable_shared_from_this<UVCController> {
     struct Checked {};  // only the factories can name it
 

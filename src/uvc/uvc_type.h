@@ -38,8 +38,9 @@ class UVCType {
     /// Answer of the lookups that find no field.
     static constexpr std::size_t notFound = ~std::size_t{0};
 
-    /// Parses a type description: "{S4 pan; S4 tilt}", "{U2}". Names are taken in lower case. Null, with a
-    /// warning on standard error, when the text is not a description.
+    /// Parses a type description: "{S4 pan; S4 tilt}", "{U2}". Names are taken in lower case. Null when the
+    /// text is not a description; a warning on standard error tells why, except for braces without a field
+    /// and for a null `text`.
     [[nodiscard]] static std::shared_ptr<const UVCType> uvcTypeWithCString(const char *text);
 
     /// A type of `fieldCount` fields; names are copied as they are. Null when there is no field, a name is
@@ -88,9 +89,11 @@ class UVCType {
     /// three words, and as a fraction (0.0 to 1.0) of the control's range.
     ///
     /// The four record buffers are the control's range, step and default; each may be null. Numbers are
-    /// clamped to the range, then rounded to a multiple of the step. `flags` selects the lines printed on
-    /// standard error. True when every field was assigned; otherwise the fields before the fault keep their
-    /// new values.
+    /// clamped to the range, then rounded to a multiple of the step. A whole number is read at the field's
+    /// width when that is unsigned, and wraps to it: "-5" in 16 bits is 65531. For a signed field of up to 4
+    /// bytes it is read at twice the width, and one that does not fit is stored as the nearest that does.
+    /// `flags` selects the lines printed on standard error. True when every field was assigned; otherwise the
+    /// fields before the fault keep their new values.
     [[nodiscard]] bool scanCString(const char *text, void *buffer, unsigned flags) const;
     [[nodiscard]] bool scanCString(const char *text, void *buffer, unsigned flags, const void *minimum,
                                    const void *maximum) const;
