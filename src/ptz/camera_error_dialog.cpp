@@ -14,7 +14,7 @@ void CameraErrorDialog() {
          .windowTitle = std::nullopt,
          .fieldText = std::nullopt});
 
-    // _Exit and not exit: we may be deep inside an event of a window that static destructors would pull away.
+    // Not std::exit: it would destroy static objects while a window is still handling an event.
     std::fflush(nullptr);
     std::_Exit(EXIT_SUCCESS);
 }

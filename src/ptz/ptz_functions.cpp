@@ -130,8 +130,7 @@ std::optional<std::string> getPanTiltData() {
 
     constexpr std::size_t kPanPrefix = std::string_view("pan=").size();
     const PanTiltText minimum = cutPanTilt(behind(*summary, "minimum: {"), kPanPrefix);
-    // One character too many on purpose: whoever reads these records knows the maximum pan without its first
-    // digit.
+    // One character too many, on purpose: see the header.
     const PanTiltText maximum = cutPanTilt(behind(*summary, "maximum: {"), kPanPrefix + 1);
     const PanTiltText step = cutPanTilt(behind(*summary, "step-size: {"), kPanPrefix);
     const PanTiltText standard = cutPanTilt(behind(*summary, "default-value: {"), kPanPrefix);

@@ -114,7 +114,7 @@ Line programsLine(const Facts &facts) {
     for (const usb::ProgramHolding &program : access.programs)
         names += (names.empty() ? "" : ", ") + scenes::repairUtf8(program.name) + " (proceso " +
                  std::to_string(program.processId) + (program.streams ? ", recibiendo imagen)" : ")");
-    // One that reaches the camera by USB, past the kernel's driver, does stand in the way.
+    // Without the kernel's driver, a program that has the camera open does keep it from moving.
     if (usesKernelDriver(facts)) detail += (detail.empty() ? "" : " ") + std::string("No impiden moverla.");
     return {State::Information, "Programas que tienen abierta la cámara: " + names, detail};
 }
@@ -192,7 +192,7 @@ Section accessFindings(const Facts &facts) {
         section.lines.push_back({State::Information, "El sistema no dice cómo se llega a la cámara", {}});
     } else {
         section.lines.push_back(driverLine(facts));
-        // That the file is taken is the driver's doing then, and already told.
+        // The file is busy because of that driver, which the line before has told.
         if (!isHeldByOtherDriver(facts) || facts.access->access != usb::Outcome::busy)
             section.lines.push_back(permissionLine(*facts.access));
         section.lines.push_back(programsLine(facts));

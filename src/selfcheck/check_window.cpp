@@ -162,7 +162,7 @@ void CheckWindow::setVerdict(const Line &line) {
     if (verdict_ != nullptr) {
         verdictPlace_->removeWidget(verdict_);
         verdict_->hide();
-        verdict_->setObjectName({});  // it lives until the event loop comes round
+        verdict_->setObjectName({});  // it lives until the event loop deletes it
         verdict_->deleteLater();
     }
     verdict_ = makeLineWidget(line, 1, this);

@@ -14,7 +14,7 @@
 /// What a check has found out, before anything is said about it. Plain values.
 namespace selfcheck {
 
-/// A request that did not end well.
+/// A request that failed.
 struct FailedRequest {
     std::uint8_t code = 0;  ///< bRequest
     usb::Outcome outcome = usb::Outcome::failed;
@@ -40,7 +40,7 @@ struct CameraFacts {
     std::uint16_t productId = 0;
     std::optional<std::uint32_t> locationId;
     bool isSupported = false;  ///< of the model that is moved
-    bool isUsable = false;     ///< its VideoControl descriptors make sense to the camera library
+    bool isUsable = false;     ///< the camera library can read its VideoControl descriptors
 };
 
 /// How a control was tried: it was to be sent the position that it reports.

@@ -60,8 +60,8 @@ QWidget *makeLineWidget(const Line &line, int emphasis, QWidget *parent) {
 
     auto *column = new QVBoxLayout;
     column->setSpacing(2);
-    // What asks for attention has a word beside its symbol; good news have it in the section's title, and the
-    // verdict is a sentence that says it.
+    // Warnings and faults have the word beside the symbol. For the rest the section's title has it; the
+    // verdict is a sentence that tells as much.
     const bool needsWord = emphasis == 0 && (line.state == State::Warning || line.state == State::Fault);
     const QString shown = needsWord ? word + QStringLiteral(". ") + text(line.text) : text(line.text);
     column->addWidget(makeLabel(shown, emphasis > 0 ? 1.3 : 1.0, emphasis > 0 || needsWord, widget));

@@ -5,7 +5,7 @@
 
 namespace uvc {
 
-/// Prints the lines of a scan that its caller asked for on standard error.
+/// Prints on standard error those lines of a scan that its caller asked for.
 class Diagnostics {
  public:
     /// `flags`: kShowWarnings, kShowInformation or both.

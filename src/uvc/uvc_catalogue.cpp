@@ -27,8 +27,7 @@ std::shared_ptr<const UVCType> typeOrFatal(const char *description) {
     if (type) return type;
 
     std::fprintf(stderr, "FATAL ERROR:  unable to instantiate UVCType for description %s !!!\n", description);
-    // Not std::exit: its static destructors would run under the feet of controllers that still live on the
-    // stack.
+    // Not std::exit: it would destroy static objects that controllers on the stack still use.
     std::fflush(nullptr);
     std::_Exit(kBrokenCatalogueStatus);
 }

@@ -43,8 +43,8 @@ Wide lowest(std::uint32_t code) {
     return std::is_signed_v<Wide> ? static_cast<Wide>(-highest<Wide>(code) - 1) : Wide{0};
 }
 
-/// A number is taken for a fraction when the characters that a number is made of, blanks before them passed
-/// over, hold a decimal point or an exponent letter. "0x1e" is none: the run ends at the "x".
+/// A text is a fraction when its first run of number characters, behind any blanks, holds a decimal point or
+/// an exponent letter. "0x1e" is none: the run ends at the "x".
 bool looksFloatingPoint(const char *text) {
     const char *number = ascii::skipBlanks(text);
     const std::string_view run(number, std::strspn(number, "0123456789+-.eE"));
@@ -87,7 +87,7 @@ std::optional<Number<Wide>> scanFraction(std::uint32_t code, const char *text, c
     return Number<Wide>{value, static_cast<std::size_t>(consumed)};
 }
 
-/// Signed types are scanned one width wider than they are stored, so that what is out of range can be told
+/// Signed types are scanned one width wider than they are stored, so that a number out of range is noticed
 /// and saturated; unsigned ones and booleans at their own width, so that -1 means all ones. The pairing is
 /// wanted.
 bool scanRaw(std::uint32_t code, const char *text, std::int64_t &value, int &consumed) {

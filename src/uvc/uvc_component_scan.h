@@ -8,15 +8,14 @@
 
 namespace uvc {
 
-/// The records that a control gives for the scan of its value, or the same field of each; null where it has
-/// none.
+/// A control's range, step and default: whole records, or one field of each. Null where it has none.
 struct ScanLimits {
     const void *minimum = nullptr;
     const void *maximum = nullptr;
     const void *stepSize = nullptr;
     const void *defaultValue = nullptr;
 
-    /// The limits of the field `offset` bytes behind.
+    /// The limits of the field at `offset` bytes.
     [[nodiscard]] ScanLimits atOffset(std::size_t offset) const;
 };
 

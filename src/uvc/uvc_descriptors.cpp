@@ -18,8 +18,8 @@ constexpr std::uint8_t kProcessingUnit = 0x05;          // VC_PROCESSING_UNIT
 constexpr std::size_t kTerminalControlSizeOffset = 14;
 constexpr std::size_t kProcessingUnitControlSizeOffset = 7;
 
-/// Reads fields by their offset. The first read that reaches over the end spoils the reader: it and all later
-/// ones yield zeros or nothing, so that one question at the end covers them all.
+/// Reads fields by their offset. From the first read past the end on, all yield zeros or nothing, so that one
+/// look at overrun() at the end is enough.
 class FieldReader {
  public:
     explicit FieldReader(Bytes bytes) : bytes_(bytes) {}
@@ -49,12 +49,12 @@ class FieldReader {
     bool overrun_ = false;
 };
 
-/// Cuts the first descriptor off `rest`. Empty when there is none, or none that can be trusted.
+/// Removes the first descriptor from `rest`. Empty when there is none, or its length is wrong.
 Bytes takeDescriptor(Bytes &rest) {
     if (rest.size() < 2) return {};
 
     const std::size_t length = rest[0];
-    if (length < 2 || length > rest.size()) return {};  // 0 would never get on
+    if (length < 2 || length > rest.size()) return {};  // 0 would loop for ever
 
     const Bytes descriptor = rest.first(length);
     rest = rest.subspan(length);

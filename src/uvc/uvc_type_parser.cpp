@@ -20,8 +20,8 @@ constexpr bool isNameCharacter(char c) {
     return ascii::isLetter(c) || ascii::isDigit(c) || c == '-';
 }
 
-/// Walks a type description from its opening brace on. The warnings end without a line feed, as their readers
-/// know them; only the one about repeated names has one.
+/// Walks a type description from its opening brace on. The warnings end without a line feed, as they
+/// always have; only the one about repeated names has one.
 class DescriptionReader {
  public:
     explicit DescriptionReader(const char *text) : text_(text), at_(ascii::skipBlanks(text)) {}

@@ -10,8 +10,7 @@
 
 #include "uvc/uvc_type.h"
 
-/// One control value: the bytes of one record of its type, and whether they stand in USB byte order at the
-/// moment.
+/// One control value: the bytes of one record of its type, and whether they are in USB byte order now.
 class UVCValue {
     struct Checked {};  // only the factory can name it
 

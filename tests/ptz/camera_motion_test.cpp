@@ -102,14 +102,6 @@ TEST_F(CameraMotion, StepsStartFromWhereTheCameraPoints) {
     EXPECT_EQ(ZEL_GetPanTiltPosition(), panTilt(12, 11));
 }
 
-TEST_F(CameraMotion, StepAtTheEndOfTheRangeStaysThere) {
-    SimulatedCamera bench;
-    ZEL_SetPanTiltPosition(1000, -1000);
-    moveCameraBy(AvanceRapidoPan, -AvanceRapidoTilt);
-    EXPECT_EQ(bench.camera->target().pan, 612000);
-    EXPECT_EQ(bench.camera->target().tilt, -108000);
-}
-
 TEST_F(CameraMotion, ZoomStepsStopAtZeroAndAreLimitedByTheCameraAbove) {
     SimulatedCamera bench;
     ASSERT_TRUE(setZoomPosition(30));

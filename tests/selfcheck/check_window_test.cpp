@@ -66,17 +66,6 @@ TEST_F(CheckWindowTest, CopiesThePageWithDateAndVersion) {
     }
 }
 
-TEST_F(CheckWindowTest, CheckingAgainSeesWhatHasChanged) {
-    open();
-    finish();
-    EXPECT_TRUE(verdict().startsWith(QStringLiteral("Fallo: No se ve ninguna cámara")));
-    const auto camera = plug();
-    click("checkAgain");
-    finish();
-    EXPECT_TRUE(verdict().startsWith(QStringLiteral("Dato: La cámara está")));
-    EXPECT_EQ(camera->transfers().size(), 12U);
-}
-
 TEST_F(CheckWindowTest, GivesAnOrderOnlyAfterAskingAndTellsItsOutcome) {
     const auto camera = plug();
     open();
@@ -102,6 +91,7 @@ TEST_F(CheckWindowTest, GivesAnOrderOnlyAfterAskingAndTellsItsOutcome) {
     bus_->unplug(camera);
     click("checkAgain");
     finish();
+    EXPECT_TRUE(verdict().startsWith(QStringLiteral("Fallo: No se ve ninguna cámara")));
     EXPECT_FALSE(button("tryOrder")->isEnabled());
 }
 

@@ -149,20 +149,6 @@ TEST_F(ExaminationTest, NoStepAsksForMoreThanTwoThings) {
     EXPECT_EQ(before, 12U);
 }
 
-TEST_F(ExaminationTest, TheLastCameraOfTheModelIsTheOneThatIsAsked) {
-    const auto first = plug({}, 1, {1});
-    const auto last = plug({}, 1, {2});
-    Options foreign;
-    foreign.vendorId = 0x046D;
-    plug(foreign, 2, {1});
-    const auto facts = examine();
-    EXPECT_EQ(facts.cameras.size(), 3U);
-    EXPECT_EQ(facts.moved, 1U);
-    EXPECT_TRUE(first->transfers().empty());
-    EXPECT_FALSE(last->transfers().empty());
-    EXPECT_EQ(inspected_, 0x01200000U);
-}
-
 TEST_F(OrderTrialTest, SendsTheCameraTheVeryPositionThatItReports) {
     const auto camera = plug();
     std::vector<std::uint8_t> betweenSteps{0x88, 0x13, 0, 0, 1, 0, 0, 0};

@@ -27,14 +27,6 @@ Bytes healthy() {
         {cameraTerminal({0x0E, 0x0A, 0x02}), processingUnit({0x7F, 0x15}), {9, 0x24, 3, 4, 1, 1, 0, 5, 0}});
 }
 
-TEST(Descriptors, HealthyBlock) {
-    const auto parsed = parse(healthy());
-    ASSERT_TRUE(parsed);
-    EXPECT_EQ(parsed->uvcVersion, 0x0110);
-    EXPECT_EQ(parsed->terminalBitmap, (Bytes{0x0E, 0x0A, 0x02}));
-    EXPECT_EQ(parsed->processingUnitBitmap, (Bytes{0x7F, 0x15}));
-}
-
 TEST(Descriptors, ForeignDescriptorsArePassedOver) {
     Bytes block = withHeader({{5, 0x25, 2, 0, 0}, cameraTerminal({0x01})});
     const Bytes foreign = {8, 0x0B, 0, 2, 14, 3, 0, 0};
@@ -56,7 +48,7 @@ TEST(Descriptors, LaterBitmapReplacesEarlierUnlessItIsEmpty) {
 TEST(Descriptors, RefusedWithoutAWholeHeaderInFront) {
     EXPECT_FALSE(parse({}));
     EXPECT_FALSE(parse({0}));
-    EXPECT_FALSE(parse(Bytes(64, 0)));                 // bLength 0 never gets on
+    EXPECT_FALSE(parse(Bytes(64, 0)));                 // bLength 0 would loop for ever
     EXPECT_FALSE(parse({1, 0x24, 1, 0x10, 1, 7, 0}));  // shorter than its own two first bytes
     EXPECT_FALSE(parse({2, 0x24}));
     EXPECT_FALSE(
@@ -119,23 +111,6 @@ TEST(Descriptors, ControlSizePastItsDescriptorIsNotRead) {
     ASSERT_TRUE(parsed);
     EXPECT_EQ(parsed->terminalBitmap, Bytes{9});
     EXPECT_FALSE(parsed->processingUnitBitmap);
-}
-
-TEST(Descriptors, EveryByteAtEveryValueStaysInBounds) {
-    const Bytes block = healthy();
-    for (std::size_t at = 0; at < block.size(); ++at) {
-        for (unsigned value = 0; value < 256; ++value) {
-            Bytes changed = block;
-            changed[at] = static_cast<std::uint8_t>(value);
-            const auto parsed = parse(changed);
-            if (parsed && parsed->terminalBitmap) {
-                EXPECT_NE(std::search(changed.begin(), changed.end(), parsed->terminalBitmap->begin(),
-                                      parsed->terminalBitmap->end()),
-                          changed.end())
-                    << at << "=" << value;
-            }
-        }
-    }
 }
 
 }  // namespace

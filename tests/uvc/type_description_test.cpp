@@ -102,14 +102,6 @@ TEST(TypeQueries, OffsetsAndLookupsAtAndBeyondTheLimits) {
     EXPECT_EQ(__UVCTypeComponentVerboseTypeString(10), nullptr);
 }
 
-TEST(TypeQueries, EqualByCodesNotByNames) {
-    const auto panTilt = UVCType::uvcTypeWithCString("{S4 pan; S4 tilt}");
-    EXPECT_TRUE(panTilt->isEqual(UVCType::uvcTypeWithCString("{S4 a; S4 b}").get()));
-    EXPECT_FALSE(panTilt->isEqual(UVCType::uvcTypeWithCString("{S4 pan; U4 tilt}").get()));
-    EXPECT_FALSE(panTilt->isEqual(UVCType::uvcTypeWithCString("{S4 pan}").get()));
-    EXPECT_FALSE(panTilt->isEqual(nullptr));
-}
-
 TEST(TypeTexts, DescriptionAndSummary) {
     const auto panTilt = UVCType::uvcTypeWithCString("{S4 pan; S4 tilt}");
     char address[32];
