@@ -93,15 +93,6 @@ TEST_F(CameraMotion, ReadConvertsBothAxesAlikeAndRoundsHalvesAwayFromZero) {
     }
 }
 
-TEST_F(CameraMotion, StepsStartFromWhereTheCameraPoints) {
-    SimulatedCamera bench;
-    ZEL_SetPanTiltPosition(20, 10);
-    moveCameraBy(-AvanceRapidoPan, 0);
-    EXPECT_EQ(ZEL_GetPanTiltPosition(), panTilt(12, 10));
-    Mover_Arriba();
-    EXPECT_EQ(ZEL_GetPanTiltPosition(), panTilt(12, 11));
-}
-
 TEST_F(CameraMotion, ZoomStepsStopAtZeroAndAreLimitedByTheCameraAbove) {
     SimulatedCamera bench;
     ASSERT_TRUE(setZoomPosition(30));
