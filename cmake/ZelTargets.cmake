@@ -11,6 +11,17 @@ target_compile_options(zel_build_settings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
     -Wnon-virtual-dtor -Woverloaded-virtual -Werror -ffp-contract=off)
 
+# A program finds the package's own commands by their path from its own folder. In the build folder both lie as they
+# will lie under the prefix, so that one path serves for both.
+set(ZEL_COMMANDS_DIR "${CMAKE_INSTALL_LIBEXECDIR}/zelvoria-camara")
+set(commands "${CMAKE_INSTALL_FULL_LIBEXECDIR}/zelvoria-camara")
+file(RELATIVE_PATH ZEL_COMMANDS_FROM_PROGRAM "${CMAKE_INSTALL_FULL_BINDIR}" "${commands}")
+file(RELATIVE_PATH ZEL_BUILT_PROGRAMS "${CMAKE_INSTALL_PREFIX}" "${CMAKE_INSTALL_FULL_BINDIR}")
+file(RELATIVE_PATH ZEL_BUILT_COMMANDS "${CMAKE_INSTALL_PREFIX}" "${commands}")
+if("${ZEL_BUILT_PROGRAMS};${ZEL_BUILT_COMMANDS}" MATCHES "(^|;)\\.\\.")
+    message(FATAL_ERROR "CMAKE_INSTALL_BINDIR and CMAKE_INSTALL_LIBEXECDIR must lie below CMAKE_INSTALL_PREFIX")
+endif()
+
 # zel_library(NAME SOURCES ... [LINKS ...]): one folder, one library.
 function(zel_library name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
@@ -20,12 +31,12 @@ function(zel_library name)
     target_link_libraries(${name} PRIVATE zel_build_settings PUBLIC ${ARG_LINKS})
 endfunction()
 
-# zel_program(NAME SOURCES ... [LINKS ...]): a program that people start, in the build folder's bin/.
+# zel_program(NAME SOURCES ... [LINKS ...]): a program that people start.
 function(zel_program name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE zel_build_settings ${ARG_LINKS})
-    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_BINDIR}")
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/${ZEL_BUILT_PROGRAMS}")
 endfunction()
 
 # zel_test(NAME SOURCES ... [LINKS ...] [MAIN_LIBRARY lib]): one gtest program whose cases CTest lists one by one.

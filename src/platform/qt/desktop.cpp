@@ -17,10 +17,10 @@
 namespace platform {
 namespace {
 
-/// Where the package keeps its own commands: beside the folder that the program was installed to.
+/// Where the package keeps its own commands.
 std::string toolsFolder() {
     const QDir programs(QCoreApplication::applicationDirPath());
-    return QDir::cleanPath(programs.filePath(QStringLiteral("../libexec/zelvoria-camara"))).toStdString();
+    return QDir::cleanPath(programs.filePath(QStringLiteral(ZEL_COMMANDS_FROM_PROGRAM))).toStdString();
 }
 
 }  // namespace
