@@ -2,11 +2,11 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QIcon>
 #include <QMenuBar>
 #include <QScreen>
 #include <QStyle>
 
+#include "platform/qt/window_order.h"
 #include "ui/content_widget.h"
 
 namespace {
@@ -36,13 +36,10 @@ void MainWindow::restoreFrame() {
 
 void MainWindow::setContent(ContentView &view) {
     setCentralWidget(new ContentWidget(view, this));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/AppIcon.svg")));
 }
 
 void MainWindow::makeKeyAndOrderFront() {
-    show();
-    raise();
-    activateWindow();
+    platform::bringToFront(*this);
 }
 
 void MainWindow::closeEvent(QCloseEvent *event) {

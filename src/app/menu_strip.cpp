@@ -8,6 +8,7 @@
 
 #include "app/main_menu.h"
 #include "app/product.h"
+#include "platform/qt/window_order.h"
 
 namespace {
 
@@ -31,9 +32,7 @@ MenuStrip::MenuStrip(const MainMenu &menu) : bar_(new QMenuBar(this)) {
 void MenuStrip::showAt(QPoint position) {
     setFixedSize(kWidth, bar_->sizeHint().height());
     move(position);
-    show();
-    raise();
-    activateWindow();
+    platform::bringToFront(*this);
 }
 
 void MenuStrip::closeEvent(QCloseEvent *event) {

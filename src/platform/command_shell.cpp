@@ -41,6 +41,28 @@ class WaitableChildren {
     bool changed_ = false;
 };
 
+/// What a child starts with. It dies of SIGPIPE as usual, though this program ignores that signal.
+class SpawnAttributes {
+ public:
+    SpawnAttributes() {
+        if (posix_spawnattr_init(&attributes_) != 0) fatalStop();
+        sigset_t standard;
+        sigemptyset(&standard);
+        sigaddset(&standard, SIGPIPE);
+        if (posix_spawnattr_setsigdefault(&attributes_, &standard) != 0 ||
+            posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF) != 0)
+            fatalStop();
+    }
+    ~SpawnAttributes() { posix_spawnattr_destroy(&attributes_); }
+    SpawnAttributes(const SpawnAttributes &) = delete;
+    SpawnAttributes &operator=(const SpawnAttributes &) = delete;
+
+    [[nodiscard]] const posix_spawnattr_t *get() const { return &attributes_; }
+
+ private:
+    posix_spawnattr_t attributes_{};
+};
+
 std::vector<std::string> childEnvironment(const std::string &toolsFolder) {
     std::vector<std::string> variables;
     for (char **variable = environ; variable && *variable; ++variable) {
@@ -81,9 +103,10 @@ std::int32_t BashShell::run(const std::vector<std::string> &arguments) {
     std::vector<std::string> variables = childEnvironment(toolsFolder_);
 
     const WaitableChildren waitable;
+    const SpawnAttributes attributes;
     std::fflush(stdout);
     pid_t child = 0;
-    if (posix_spawn(&child, kBash, nullptr, nullptr, pointersTo(words).data(),
+    if (posix_spawn(&child, kBash, nullptr, attributes.get(), pointersTo(words).data(),
                     pointersTo(variables).data()) != 0)
         fatalStop();
     return waitFor(child);

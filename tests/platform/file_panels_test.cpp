@@ -56,13 +56,13 @@ QStringList textsOf(const QWidget &panel) {
     return texts;
 }
 
-/// Words of Qt's English panels that are no Spanish ones.
+/// Words of Qt's English panels that are no Spanish ones, and its Spanish word for what is a "fichero" here.
 void expectNoEnglish(const QStringList &texts) {
     static const QRegularExpression english(
         QStringLiteral(
             "\\b(Look in|File|Files|Folder|Directory|Name|Size|Type|Kind|Date|Modified|Computer|Save|Open|"
             "Cancel|Choose|All|Back|Forward|Parent|Create|New|List|Detail|View|Show|Hidden|Delete|Rename|"
-            "Yes|Sidebar|Unknown|Drive|already exists|not found|AM|PM)\\b"),
+            "Yes|Sidebar|Unknown|Drive|already exists|not found|AM|PM|archivos?)\\b"),
         QRegularExpression::CaseInsensitiveOption);
     for (QString text : texts) {
         text.remove(u'&');
@@ -112,10 +112,12 @@ TEST_F(FilePanels, SavePanelReturnsAtOnceAndTellsTheNameLater) {
     EXPECT_FALSE(panel.isModal());
     EXPECT_TRUE(panel.windowFlags() & Qt::WindowStaysOnTopHint);
 
+    QTest::keyClicks(nameField(panel), QStringLiteral("copia"));
+    EXPECT_EQ(&beginSaving("2024-03-06"), &panel) << "asked for again, the open one comes to the front";
     QTest::keyClick(nameField(panel), Qt::Key_Return);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !chosen_.empty(); }, 3000));
 
-    EXPECT_EQ(chosen_, std::vector{path("dir/2024-03-05")}) << "no extension is added";
+    EXPECT_EQ(chosen_, std::vector{path("dir/copia")}) << "no extension is added";
     EXPECT_FALSE(panelStillShown_) << "the panel is gone before the long work begins";
 }
 
@@ -141,11 +143,18 @@ TEST_F(FilePanels, SavePanelAsksBeforeAnExistingNameIsTaken) {
 }
 
 TEST_F(FilePanels, OpenPanelGivesTheChosenFileOrNothing) {
+    QWidget window;
+    window.show();
+    const QFileDialog &savePanel = beginSaving("2024-03-05");
+    EXPECT_EQ(savePanel.parentWidget(), &window);
     const auto open = [&](const std::function<void(QFileDialog &)> &act) {
         QTimer::singleShot(0, [&] {
             auto *panel = shownPanel("openPanel");
             ASSERT_NE(panel, nullptr);
             EXPECT_EQ(panel->windowTitle(), QStringLiteral("Escoge un fichero de escenas"));
+            EXPECT_NE(panel->parentWidget(), nullptr);
+            EXPECT_TRUE(panel->windowFlags() & Qt::WindowStaysOnTopHint) << "not under the save panel";
+            EXPECT_TRUE(QTest::qWaitForWindowActive(panel));
             EXPECT_EQ(panel->directory().absolutePath().toStdString(), path("dir"));
             act(*panel);
         });

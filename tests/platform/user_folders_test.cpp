@@ -46,13 +46,6 @@ TEST_F(UserFolders, AreTheDesktopsOrTheUsualOnes) {
     }
 }
 
-TEST_F(UserFolders, FollowXdgConfigHome) {
-    const ScopedVariable home("HOME", "/elsewhere");
-    const ScopedVariable config("XDG_CONFIG_HOME", path(".config").c_str());
-    setUserDirs("XDG_DOCUMENTS_DIR=\"$HOME/D\"\n");
-    EXPECT_EQ(folders_.documents(), "/elsewhere/D");
-}
-
 TEST_F(UserFolders, ComeFromThePasswordDatabaseWithoutHome) {
     const passwd *account = getpwuid(getuid());
     if (!account || account->pw_dir[0] != '/') GTEST_SKIP() << "this account has no home folder";
@@ -64,13 +57,6 @@ TEST_F(UserFolders, ComeFromThePasswordDatabaseWithoutHome) {
         EXPECT_EQ(qEnvironmentVariableIsSet("HOME"), value != nullptr) << "the environment is as it was";
         EXPECT_TRUE(qEnvironmentVariableIsEmpty("HOME"));
     }
-}
-
-TEST_F(UserFolders, AreUnknownWithARelativeHome) {
-    const ScopedVariable config("XDG_CONFIG_HOME", path().c_str());
-    const ScopedVariable home("HOME", "relative/home");
-    EXPECT_EQ(folders_.documents(), std::nullopt);
-    EXPECT_EQ(folders_.downloads(), std::nullopt);
 }
 
 }  // namespace

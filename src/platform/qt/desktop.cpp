@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QIcon>
+#include <csignal>
 #include <cstdio>
 #include <memory>
 
@@ -13,6 +15,11 @@
 #include "platform/qt/qt_web_pages.h"
 #include "platform/qt/spanish.h"
 #include "platform/services.h"
+
+// Outside every namespace, as the macro demands.
+static void initAppIcon() {
+    Q_INIT_RESOURCE(app_icon);
+}
 
 namespace platform {
 namespace {
@@ -32,7 +39,11 @@ void startDesktop(QApplication &application, const char *title) {
     // No display name: X11 windows would carry it behind their own titles.
     QGuiApplication::setDesktopFileName(QCoreApplication::applicationName());
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    initAppIcon();
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/AppIcon.svg")));
     speakSpanish(application);
+    // A reader of the diagnostic lines that goes away must not end the program before a scene is saved.
+    std::signal(SIGPIPE, SIG_IGN);
     // Diagnostic lines come when they happen, also into a file, and in the order of those of the children.
     std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
 

@@ -1,6 +1,7 @@
 #include "platform/qt/qt_file_panels.h"
 
 #include "platform/qt/spanish_file_model.h"
+#include "platform/qt/window_order.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -38,18 +39,22 @@ void prepare(QFileDialog &panel, const QString &acceptLabel) {
     fitColumns(panel);
     if (auto *split = panel.findChild<QSplitter *>(QStringLiteral("splitter"))) split->setSizes(kSplit);
     panel.resize(kPanelSize);
+    panel.setAttribute(Qt::WA_QuitOnClose, false);
+    // Both panels: one that opened under the other would freeze the program for no visible reason.
+    panel.setWindowFlag(Qt::WindowStaysOnTopHint);
 }
 
 }  // namespace
 
 void QtFilePanels::beginSavePanel(const std::string &name, const std::optional<std::string> &folder,
                                   std::function<void(std::string)> chosen) {
+    if (savePanel_) return bringToFront(*savePanel_);
+
     // Owns itself: it goes when it is closed, at the latest when the application quits.
-    auto *panel = new QFileDialog;
+    auto *panel = new QFileDialog(windowInFront());
+    savePanel_ = panel;
     panel->setObjectName(QStringLiteral("savePanel"));
     panel->setAttribute(Qt::WA_DeleteOnClose);
-    panel->setAttribute(Qt::WA_QuitOnClose, false);
-    panel->setWindowFlag(Qt::WindowStaysOnTopHint);
     panel->setWindowTitle(QStringLiteral("Guardar escenas"));
     prepare(*panel, QStringLiteral("Guardar"));
     panel->setAcceptMode(QFileDialog::AcceptSave);
@@ -64,22 +69,23 @@ void QtFilePanels::beginSavePanel(const std::string &name, const std::optional<s
             if (chosen) chosen(path.toStdString());
         },
         Qt::QueuedConnection);
-    panel->show();
+    bringToFront(*panel);
 }
 
 std::optional<std::string> QtFilePanels::runOpenPanel(const std::string &title,
                                                       const std::optional<std::string> &folder) {
-    QFileDialog panel;
+    QFileDialog panel(windowInFront());
     panel.setObjectName(QStringLiteral("openPanel"));
-    panel.setAttribute(Qt::WA_QuitOnClose, false);
     panel.setWindowTitle(QString::fromStdString(title));
+    panel.setWindowModality(Qt::ApplicationModal);
     panel.setOption(QFileDialog::ReadOnly);  // a panel that only opens files neither renames nor deletes them
     prepare(panel, QStringLiteral("Abrir"));
     panel.setAcceptMode(QFileDialog::AcceptOpen);
     panel.setFileMode(QFileDialog::ExistingFile);
     if (folder) panel.setDirectory(QString::fromStdString(*folder));
 
-    if (panel.exec() != QDialog::Accepted || panel.selectedFiles().isEmpty()) return std::nullopt;
+    runInFront(panel);
+    if (panel.result() != QDialog::Accepted || panel.selectedFiles().isEmpty()) return std::nullopt;
     return panel.selectedFiles().constFirst().toStdString();
 }
 

@@ -27,13 +27,13 @@ struct Text {
     const char *spanish;
 };
 
-// Texts of Qt's file panels that its Spanish translation leaves out, or spells wrong.
+// Texts of Qt's file panels that its Spanish translation leaves out, or words unlike the rest.
 constexpr std::array kMissing{
     Text{"QAbstractFileIconProvider", "Drive", "Unidad"},
     Text{"QAbstractFileIconProvider", "Folder", "Carpeta"},
     Text{"QAbstractFileIconProvider", "File Folder", "Carpeta"},
-    Text{"QAbstractFileIconProvider", "File", "Archivo"},
-    Text{"QAbstractFileIconProvider", "%1 File", "Archivo %1"},
+    Text{"QAbstractFileIconProvider", "File", "Fichero"},
+    Text{"QAbstractFileIconProvider", "%1 File", "Fichero %1"},
     Text{"QAbstractFileIconProvider", "Shortcut", "Acceso directo"},
     Text{"QAbstractFileIconProvider", "Unknown", "Desconocido"},
     Text{"QFileDialog", "%1 Folder", "Carpeta %1"},
@@ -56,6 +56,19 @@ class MissingTexts final : public QTranslator {
     }
 };
 
+/// Qt's Spanish, but with this product's word for a file.
+class QtSpanish final : public QTranslator {
+ public:
+    using QTranslator::QTranslator;
+
+    [[nodiscard]] QString translate(const char *context, const char *sourceText, const char *disambiguation,
+                                    int n) const override {
+        return QTranslator::translate(context, sourceText, disambiguation, n)
+            .replace(QStringLiteral("archivo"), QStringLiteral("fichero"))
+            .replace(QStringLiteral("Archivo"), QStringLiteral("Fichero"));
+    }
+};
+
 bool loadQtSpanish(QTranslator &translator) {
 #ifdef ZEL_EMBEDS_QTBASE_ES
     initSpanishResource();
@@ -70,7 +83,7 @@ void speakSpanish(QApplication &application) {
     QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
     std::setlocale(LC_NUMERIC, "C");
 
-    auto *qtSpanish = new QTranslator(&application);
+    auto *qtSpanish = new QtSpanish(&application);
     if (loadQtSpanish(*qtSpanish)) {
         QCoreApplication::installTranslator(qtSpanish);
     } else {
