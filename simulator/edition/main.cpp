@@ -1,5 +1,7 @@
 #include <QApplication>
+#include <QCryptographicHash>
 #include <QDir>
+#include <QFile>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTimer>
@@ -9,6 +11,8 @@
 #include "app/main_window.h"
 #include "app/product.h"
 #include "platform/qt/desktop.h"
+#include "platform/qt/single_instance.h"
+#include "platform/qt/window_order.h"
 #include "platform/services.h"
 #include "simulator/camera_model.h"
 #include "simulator/edition/preview_placement.h"
@@ -36,6 +40,14 @@ class FoldersInside : public platform::UserFolders {
     QDir base_;
 };
 
+/// Each folder has a store of its own, and so may have a copy of the program of its own.
+QString nameOfCopyIn(const QDir &folder) {
+    folder.mkpath(QStringLiteral("."));
+    const QByteArray place = QFile::encodeName(folder.canonicalPath());
+    return QCoreApplication::applicationName() + u'-' +
+           QString::fromLatin1(QCryptographicHash::hash(place, QCryptographicHash::Sha1).toHex().left(16));
+}
+
 }  // namespace
 
 /// zelvoria-camara-simulada [FOLDER]: FOLDER takes the store and all that the program remembers.
@@ -46,6 +58,8 @@ int main(int argc, char *argv[]) {
     const QDir folder(QDir(argc > 1 ? QString::fromLocal8Bit(argv[1]) : fallback).absolutePath());
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.absolutePath());
     platform::startDesktop(application, product::kApplicationName);
+    const auto instance = platform::SingleInstance::claim(nameOfCopyIn(folder));
+    if (!instance) return 0;
     auto services = platform::services();
     services.folders = std::make_shared<FoldersInside>(folder);
     platform::installServices(services);
@@ -57,6 +71,9 @@ int main(int argc, char *argv[]) {
     simulator::writeSampleStore();
 
     AppDelegate delegate;
+    QObject::connect(instance.get(), &platform::SingleInstance::startedAgain, [&delegate] {
+        platform::bringProgramToFront(delegate.mainWindow() ? delegate.mainWindow()->onScreen() : nullptr);
+    });
     simulator::PreviewWindow preview(camera);
     QObject::connect(&application, &QApplication::aboutToQuit, [&] { delegate.applicationWillTerminate(); });
     // The preview first, so that it never hides the program: what is shown last lies on top.

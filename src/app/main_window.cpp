@@ -42,6 +42,10 @@ void MainWindow::makeKeyAndOrderFront() {
     platform::bringToFront(*this);
 }
 
+QWidget *MainWindow::onScreen() {
+    return strip_.isVisible() ? static_cast<QWidget *>(&strip_) : this;
+}
+
 void MainWindow::closeEvent(QCloseEvent *event) {
     event->accept();
     if (!quitting_) strip_.showAt(pos());

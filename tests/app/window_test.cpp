@@ -52,6 +52,7 @@ TEST_F(WindowTest, ClosingLeavesAReachableMenuAndClosingThatQuits) {
     ASSERT_NE(menuStrip(), nullptr);
     EXPECT_FALSE(window->isVisible());
     EXPECT_TRUE(menuStrip()->isVisible());
+    EXPECT_EQ(window->onScreen(), menuStrip()) << "what a second start brings to the front";
     QStringList titles;
     for (const QAction *menu : menuStrip()->findChild<QMenuBar *>()->actions()) titles.append(menu->text());
     EXPECT_EQ(titles, QStringList({"&Archivo", "&Cámara", "A&yuda"}));

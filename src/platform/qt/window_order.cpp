@@ -34,4 +34,11 @@ void runInFront(QDialog &dialog) {
     dialog.exec();
 }
 
+void bringProgramToFront(QWidget *window) {
+    QWidget *waiting = QApplication::activeModalWidget();
+    // One activation only: on Wayland the first would use up the token.
+    if (window && waiting) raiseAboveOthers(*window);
+    if (QWidget *front = waiting ? waiting : window) bringToFront(*front);
+}
+
 }  // namespace platform

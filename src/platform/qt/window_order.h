@@ -17,4 +17,8 @@ void bringToFront(QWidget &window);
 /// it, must outlive it; a person cannot close that one meanwhile.
 void runInFront(QDialog &dialog);
 
+/// Brings the whole program to the front: `window`, if there is one, and above it the alert or panel that is
+/// waiting for an answer, if there is one, which then gets the focus.
+void bringProgramToFront(QWidget *window);
+
 }  // namespace platform

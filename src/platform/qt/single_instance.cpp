@@ -1,0 +1,131 @@
+#include "platform/qt/single_instance.h"
+
+#include "platform/services.h"
+
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QLocalSocket>
+#include <QStandardPaths>
+#include <QThread>
+#include <QtGlobal>
+
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <tuple>
+
+namespace platform {
+namespace {
+
+constexpr const char *kTokenVariable = "XDG_ACTIVATION_TOKEN";
+constexpr qint64 kLongestQuestion = 4096;
+constexpr unsigned long kRetryMs = 50;
+
+enum class Reply { heard, tooBusy, nobody };
+
+/// Asks the copy behind `socket` to come to the front.
+Reply askToShow(const QString &socket, QDeadlineTimer deadline) {
+    QLocalSocket connection;
+    connection.connectToServer(socket);
+    if (!connection.waitForConnected(static_cast<int>(deadline.remainingTime()))) return Reply::nobody;
+    connection.write(qgetenv(kTokenVariable) + '\n');
+    connection.flush();
+    while (connection.bytesAvailable() == 0) {
+        if (connection.waitForReadyRead(static_cast<int>(deadline.remainingTime()))) continue;
+        // It ended before it answered: its place may be free now.
+        return deadline.hasExpired() ? Reply::tooBusy : Reply::nobody;
+    }
+    return Reply::heard;
+}
+
+void warnUnguarded(const QString &reason) {
+    std::fprintf(stderr, "WARNING: a second copy of the program would not be noticed: %s\n",
+                 qPrintable(reason));
+}
+
+/// For the copy that runs but cannot be asked to show itself.
+void tellThatItRuns() {
+    std::ignore = services().alerts->run({.messageText = "El programa ya está abierto",
+                                          .informativeText = "Búsquelo entre las ventanas abiertas.",
+                                          .buttons = {"Aceptar"},
+                                          .windowTitle = std::nullopt,
+                                          .fieldText = std::nullopt});
+}
+
+}  // namespace
+
+std::unique_ptr<SingleInstance> SingleInstance::claim(const QString &name,
+                                                      std::chrono::milliseconds patience) {
+    std::unique_ptr<SingleInstance> instance(new SingleInstance);
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    const QString socket = QDir(folder).filePath(name + QStringLiteral(".socket"));
+    instance->lockFile_.setFileName(QDir(folder).filePath(name + QStringLiteral(".lock")));
+    if (folder.isEmpty() || !instance->lockFile_.open(QIODevice::ReadWrite)) {
+        warnUnguarded(instance->lockFile_.errorString());
+        return instance;
+    }
+
+    const QDeadlineTimer deadline(patience);
+    for (;;) {
+        switch (instance->lock()) {
+            case Lock::ours:
+                instance->listen(socket);
+                return instance;
+            case Lock::impossible:
+                return instance;
+            case Lock::taken:
+                break;
+        }
+        if (askToShow(socket, deadline) != Reply::nobody) return nullptr;
+        if (deadline.hasExpired()) {
+            tellThatItRuns();
+            return nullptr;
+        }
+        // Once more: the other copy may be ending, or may have the lock but not its socket yet.
+        QThread::msleep(kRetryMs);
+    }
+}
+
+SingleInstance::Lock SingleInstance::lock() {
+    // The kernel drops this lock with the process. The file stays, and means nothing.
+    if (flock(lockFile_.handle(), LOCK_EX | LOCK_NB) == 0) {
+        // Whoever tidies up run-time files leaves those alone that have the sticky bit.
+        fchmod(lockFile_.handle(), S_IRUSR | S_IWUSR | S_ISVTX);
+        return Lock::ours;
+    }
+    if (errno == EWOULDBLOCK || errno == EINTR) return Lock::taken;
+    warnUnguarded(QString::fromLocal8Bit(std::strerror(errno)));
+    return Lock::impossible;
+}
+
+void SingleInstance::listen(const QString &socket) {
+    connect(&server_, &QLocalServer::newConnection, this, &SingleInstance::answer);
+    QLocalServer::removeServer(socket);  // of a killed copy: while we hold the lock no other one is alive
+    if (!server_.listen(socket))
+        std::fprintf(stderr, "WARNING: a second start cannot show this one's window: %s\n",
+                     qPrintable(server_.errorString()));
+}
+
+void SingleInstance::answer() {
+    while (QLocalSocket *connection = server_.nextPendingConnection()) {
+        connection->setReadBufferSize(kLongestQuestion);
+        connect(connection, &QLocalSocket::disconnected, connection, &QObject::deleteLater);
+        const auto readQuestion = [this, connection] {
+            if (!connection->canReadLine()) return;
+            const QByteArray token = connection->readLine().trimmed();
+            if (!token.isEmpty()) qputenv(kTokenVariable, token);
+            emit startedAgain();
+            qunsetenv(kTokenVariable);
+            connection->write("\n");
+            connection->flush();
+            connection->disconnectFromServer();
+        };
+        connect(connection, &QLocalSocket::readyRead, this, readQuestion);
+        readQuestion();  // it may be here already
+    }
+}
+
+}  // namespace platform

@@ -1,0 +1,85 @@
+#include "platform/qt/single_instance.h"
+
+#include "surroundings.h"
+
+#include <QLocalSocket>
+#include <QTest>
+
+#include <sys/wait.h>
+#include <unistd.h>
+#include <filesystem>
+#include <future>
+#include <memory>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+class SingleInstance : public FolderTest {
+ protected:
+    using Claimed = std::unique_ptr<platform::SingleInstance>;
+
+    static Claimed claim(std::chrono::milliseconds patience = 5s) {
+        return platform::SingleInstance::claim(QStringLiteral("zel"), patience);
+    }
+
+    /// Starts a second copy; meanwhile this one's events are looked at. Whether the second may run.
+    static bool mayStartAgain() {
+        auto second = std::async(std::launch::async, [] { return claim() != nullptr; });
+        while (second.wait_for(5ms) != std::future_status::ready) QCoreApplication::processEvents();
+        return second.get();
+    }
+
+    const ScopedVariable runtimeFolder_{"XDG_RUNTIME_DIR", path().c_str()};
+};
+
+TEST_F(SingleInstance, SecondStartAsksTheFirstToShowItself) {
+    const Claimed first = claim();
+    ASSERT_TRUE(first);
+    QByteArrayList tokens;
+    QObject::connect(first.get(), &platform::SingleInstance::startedAgain,
+                     [&] { tokens.append(qgetenv("XDG_ACTIVATION_TOKEN")); });
+    EXPECT_FALSE(mayStartAgain());
+    EXPECT_EQ(tokens, QByteArrayList({""}));
+
+    QLocalSocket desktop;
+    desktop.connectToServer(QString::fromStdString(path("zel.socket")));
+    desktop.write("ficha\n");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return tokens.size() == 2; }, 3000));
+    EXPECT_EQ(tokens.back(), "ficha") << "what the desktop let the second start do, the first one may";
+    EXPECT_FALSE(qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN")) << "it serves once";
+}
+
+TEST_F(SingleInstance, CopyThatIsBlockedHearsOfItAfterwards) {
+    const Claimed first = claim();
+    int heard = 0;
+    QObject::connect(first.get(), &platform::SingleInstance::startedAgain, [&] { ++heard; });
+    EXPECT_FALSE(claim(50ms)) << "nobody looked at the first one's events, and the second does not hang";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return heard == 1; }, 3000));
+}
+
+TEST_F(SingleInstance, CopyThatEndsLocksNobodyOut) {
+    if (const pid_t killed = fork(); killed == 0) {
+        _exit(claim() ? 0 : 1);  // no destructor runs
+    } else {
+        int status = -1;
+        waitpid(killed, &status, 0);
+        EXPECT_EQ(status, 0);
+    }
+    ASSERT_TRUE(std::filesystem::exists(path("zel.socket"))) << "it left its socket behind";
+    Claimed first = claim();
+    ASSERT_TRUE(first);
+    EXPECT_FALSE(mayStartAgain());
+
+    auto second = std::async(std::launch::async, [] { return claim() != nullptr; });
+    EXPECT_EQ(second.wait_for(200ms), std::future_status::timeout);
+    first.reset();
+    EXPECT_TRUE(second.get()) << "the first ended before it answered";
+}
+
+TEST_F(SingleInstance, ProgramRunsWhereNoLockCanBeHad) {
+    const ScopedVariable nowhere("XDG_RUNTIME_DIR", "/proc/nowhere");
+    EXPECT_TRUE(claim());
+}
+
+}  // namespace
