@@ -18,7 +18,7 @@ KERNEL_PACKAGES=(qemu-system-x86 busybox-static cpio kmod udev usbip v4l-utils i
 # A compiler for a big-endian processor, what runs its programs here, and the tests' framework to build for it.
 BIG_ENDIAN_PACKAGES=(g++-s390x-linux-gnu qemu-user googletest)
 # xvfb-run calls xauth, which xvfb only recommends.
-TOUR_PACKAGES=(xvfb xauth openbox xdotool imagemagick x11-utils)
+TOUR_PACKAGES=(xvfb xauth openbox xdotool imagemagick)
 # What a screen reader speaks to, and a Wayland desktop for it, beside the tour's screen.
 ACCESSIBILITY_PACKAGES=(at-spi2-core python3-pyatspi dbus-daemon weston)
 

@@ -27,13 +27,33 @@ preview=$(timeout 20 xdotool search --sync --onlyvisible --name '^Vista previa' 
 xdotool windowmove --sync "$preview" 60 310
 xdotool windowactivate --sync "$window"
 
+# The picture of window $2 within the picture of the screen $1 shows something: one that is blank has one colour, one
+# without its text and icons a few. With them it has at least 400.
+has_content() {
+    local X Y WIDTH HEIGHT
+    eval "$(xdotool getwindowgeometry --shell "$2")"
+    identify -format '%k %[fx:standard_deviation]\n' "$1[${WIDTH}x$HEIGHT+$X+$Y]" |
+        awk '{ exit !($1 >= 100 && $2 >= 0.05) }'
+}
+
+# show NAME: takes the picture when the screen has changed and has come to rest, since the motors need a moment.
 picture=0
+shown=
 show() {
-    sleep 2.2 # the motors need a moment
     picture=$((picture + 1))
-    local file
+    local file before now='' deadline=$((SECONDS + 30))
     file=$folder/$(printf '%02d' "$picture")-$1.png
-    import -window root "$file"
+    while :; do
+        before=$now
+        sleep 0.7
+        import -window root "$file"
+        now=$(identify -format '%#' "$file")
+        [ "$now" = "$before" ] && [ "$now" != "$shown" ] && break
+        [ $SECONDS -lt $deadline ] || { echo "tour: $file: the screen did not change, or did not come to rest" >&2; exit 1; }
+    done
+    shown=$now
+    has_content "$file" "$window" || { echo "tour: $file: the window is blank" >&2; exit 1; }
+    has_content "$file" "$preview" || { echo "tour: $file: the preview is blank" >&2; exit 1; }
     echo "$file"
 }
 keys() { xdotool key --window "$window" --delay 120 "$@"; }
@@ -45,11 +65,10 @@ keys Tab Tab Tab Down
 show otra-aula
 keys Tab Tab Tab Down
 show otra-escena
-keys Down
-show siguiente-escena
+keys Up
+show escena-anterior
 keys ctrl+plus ctrl+plus ctrl+plus ctrl+Right ctrl+Right
 show ajuste-fino
 keys space
-sleep 0.5
 show escenas-desplegadas
 keys Escape
