@@ -10,8 +10,8 @@ namespace {
 constexpr std::uint8_t kGetAndSet = 0x03;
 constexpr std::uint8_t kAutoUpdate = 0x08;
 
-/// Pan, tilt and zoom can change without the host (a remote control, a motor that gets stuck). A camera that
-/// did not say so would have its host answer reads from a cache.
+/// Pan, tilt and zoom can change without the host (a remote control, a motor that gets stuck). Without the
+/// autoupdate bit the host would answer reads from a cache.
 constexpr std::uint8_t kMotorised = kGetAndSet | kAutoUpdate;
 
 constexpr std::uint8_t kCt = kCameraTerminal;

@@ -10,12 +10,12 @@
 #include "simulator/camera_options.h"
 #include "usb/usb.h"
 
-/// The controls that the simulated camera has: one table, from which the bmControls bitmaps, the answers to
-/// the range requests and the check of a new setting all come, so that they cannot disagree.
+/// The controls of the simulated camera. One table gives the bmControls bitmaps, the answers to the range
+/// requests and the check of a new setting, so that they cannot disagree.
 namespace simulator {
 
-/// Entities of the camera, by the ids that a healthy one gives them; unitId() tells what a camera of other
-/// options calls them in its descriptors and in requests (high byte of wIndex).
+/// Entity ids of a camera with the default options. unitId() gives the id that a camera with other options
+/// uses in its descriptors and in requests (high byte of wIndex).
 inline constexpr std::uint8_t kCameraTerminal = 1;
 inline constexpr std::uint8_t kProcessingUnit = 2;
 inline constexpr std::uint8_t kOutputTerminal = 3;
@@ -54,7 +54,7 @@ struct Control {
 /// Whether a camera of these options has the control.
 [[nodiscard]] bool hasControl(const CameraOptions &options, const Control &control);
 
-/// The control behind a unit id and a selector, or null where a camera of these options has none such.
+/// The control with this unit id and selector, or null if a camera of these options has none.
 [[nodiscard]] const Control *findControl(const CameraOptions &options, std::uint8_t unit,
                                          std::uint8_t selector);
 
@@ -66,7 +66,7 @@ struct Control {
 [[nodiscard]] std::vector<std::uint8_t> encode(const Control &control, std::int32_t ControlField::*property);
 
 /// The numbers of a setting; nothing when the length is wrong or a field lies outside its range. A number
-/// that is no multiple of the resolution passes: the camera keeps what it was given.
+/// that is not a multiple of the resolution passes: the camera keeps it as it is.
 [[nodiscard]] std::optional<std::array<std::int32_t, 2>> decodeSetting(const Control &control,
                                                                        std::span<const std::uint8_t> data);
 

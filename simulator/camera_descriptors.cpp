@@ -11,8 +11,8 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// Descriptor types (USB 2.0, table 9-5; the association: its own change notice; USB Video Class 1.1, appendix
-// A.4).
+// Descriptor types (USB 2.0, table 9-5, and its change notice on interface associations; USB Video Class 1.1,
+// appendix A.4).
 constexpr std::uint8_t kDevice = 0x01;
 constexpr std::uint8_t kConfiguration = 0x02;
 constexpr std::uint8_t kInterface = 0x04;
@@ -71,8 +71,8 @@ Bytes withTotalLength(Bytes block, std::size_t offset) {
 }
 
 Bytes interfaceDescriptor(std::uint8_t number, std::uint8_t subclass, std::uint8_t name) {
-    // Both interfaces have one endpoint and one setting. A bulk video endpoint needs no empty setting 0: it
-    // takes no bandwidth while nothing streams.
+    // Both interfaces have one endpoint and one alternate setting. A bulk video endpoint needs no setting
+    // without it: it takes no bandwidth while nothing streams.
     return Descriptor(kInterface)
         .u1(number)
         .u1(0)
@@ -224,8 +224,8 @@ Bytes videoStreaming(const CameraOptions &options) {
     return bytes;
 }
 
-/// What fills the numbers below a VideoControl interface that is not number 0: nothing that a host would
-/// drive.
+/// Takes an interface number below a VideoControl interface that is not number 0. No host has a driver for
+/// it.
 Bytes idleInterface(std::uint8_t number) {
     constexpr std::uint8_t kVendorSpecific = 0xFF;
     return Descriptor(kInterface)

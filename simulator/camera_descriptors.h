@@ -24,7 +24,7 @@ inline constexpr std::uint32_t kFramesPerSecond = 10;
 inline constexpr std::uint32_t kFrameInterval = 10'000'000 / kFramesPerSecond;  ///< in units of 100 ns
 inline constexpr std::uint32_t kFrameBytes = std::uint32_t{kFrameWidth} * kFrameHeight * 2;
 
-/// The one configuration and the product's name, by the numbers that descriptors and requests give them.
+/// The one configuration and the product's name, by the numbers used in descriptors and requests.
 inline constexpr std::uint8_t kConfigurationValue = 1;
 inline constexpr std::uint8_t kProductString = 1;
 

@@ -36,8 +36,7 @@ bool isMotorised(const Control &control) {
            (control.selector == kPanTiltAbsoluteSelector || control.selector == kZoomAbsoluteSelector);
 }
 
-/// One property of the three axes; those of controls that this camera lacks included, since the motors are
-/// there.
+/// One property of the three axes, also of controls that this camera does not offer: it has the motors.
 Pose axes(std::int32_t ControlField::*property) {
     const CameraOptions complete;
     const Control &panTilt = *findControl(complete, kCameraTerminal, kPanTiltAbsoluteSelector);
@@ -142,9 +141,9 @@ std::vector<std::uint8_t> CameraModel::current(const Control &control) const {
         for (ControlField &field : beyond.fields) field.maximum += 10 * field.resolution;
         return encode(beyond, &ControlField::maximum);
     }
-    // The current setting is where the camera was told to go, even while the motors run. A nudge reads and
-    // then sets: with the momentary position, every click made on the way would lose a part of the one
-    // before; and a scene saved right after another was chosen would keep a point on the road.
+    // The current setting is where the camera was told to go, even while the motors run. A nudge reads the
+    // position and then sets it: from the momentary position, each click during a move would lose part of
+    // the one before. And a scene saved during a move would keep a point on the way.
     return settings_.at({control.unit, control.selector});
 }
 

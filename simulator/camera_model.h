@@ -56,8 +56,8 @@ class CameraModel {
     /// of pan-tilt-abs and zoom-abs answers where the camera is heading, not where it stands.
     [[nodiscard]] bool controlRequest(const usb::SetupPacket &setup, std::span<std::uint8_t> data);
 
-    /// How many bytes of an accepted answer of `asked` bytes the camera really sends; as with the delay
-    /// below, whoever carries the answer sees to it.
+    /// How many bytes the camera really sends of an accepted answer of `asked` bytes. The caller cuts the
+    /// answer, as it also waits for the delay below.
     [[nodiscard]] std::size_t answeredBytes(std::size_t asked) const {
         return options_.shortAnswers ? (asked + 1) / 2 : asked;
     }
@@ -74,8 +74,8 @@ class CameraModel {
     /// From now on, stalls (or no longer stalls) one kind of request.
     void refuse(const RequestKey &key, bool refused = true);
 
-    /// How long the camera takes to answer; nothing at first. Whoever carries the requests to the camera
-    /// waits, and gives up on one that takes longer than it allows; controlRequest() itself answers at once.
+    /// How long the camera takes to answer; 0 at first. controlRequest() itself answers at once: its caller
+    /// waits, and gives up on a request that takes longer than its timeout.
     void setAnswerDelay(std::chrono::milliseconds delay) { answerDelay_ = delay; }
     [[nodiscard]] std::chrono::milliseconds answerDelay() const { return answerDelay_; }
 
@@ -85,8 +85,7 @@ class CameraModel {
     /// The cable is in again, for good.
     void plugIn() { requestsLeft_.reset(); }
 
-    /// The latest requests, oldest first: all of them up to some thousands, of which a camera that runs for
-    /// days forgets the older half.
+    /// The latest requests, oldest first. After some thousands the older half is forgotten.
     [[nodiscard]] const std::vector<Transfer> &transfers() const { return transfers_; }
     /// How many accepted requests of kind `request` (bRequest) reached selector `selector` of unit `unit`.
     [[nodiscard]] int count(std::uint8_t unit, std::uint8_t selector, std::uint8_t request) const;

@@ -10,7 +10,7 @@ namespace simulator {
 /// Identifies one kind of request to one control: unit id, selector, bRequest.
 using RequestKey = std::tuple<std::uint8_t, std::uint8_t, std::uint8_t>;
 
-/// What kind of camera to be. Set in code only; the defaults are a healthy camera of the supported model.
+/// What kind of camera it is. Set in code only; the defaults are the supported model without faults.
 struct CameraOptions {
     std::uint16_t vendorId = 0x2574;
     std::uint16_t productId = 0x09C0;
@@ -20,10 +20,10 @@ struct CameraOptions {
     bool hasZoomAbs = true;
     std::set<RequestKey> refused;  ///< requests that this camera stalls although it has the control
 
-    // Ways in which real cameras differ from what a host likes to take for granted.
+    // Real cameras differ in these, though a host easily takes them for granted.
     std::uint8_t cameraTerminalId = 1;
     std::uint8_t processingUnitId = 2;
-    std::uint8_t videoControlInterface = 0;  ///< the interfaces below it are of no class that anyone drives
+    std::uint8_t videoControlInterface = 0;  ///< no driver takes the interfaces below it
     bool hasHeader = true;                   ///< the VideoControl header descriptor
     bool shortAnswers = false;               ///< see CameraModel::answeredBytes()
     bool outsideRange = false;               ///< pan, tilt and zoom read as ten steps above their own maximum

@@ -10,7 +10,7 @@ namespace {
 /// Seconds from standstill to the rated speed, and back.
 constexpr double kRampSeconds = 0.25;
 
-/// Seconds spent speeding up on the way: less than the whole ramp where the way is too short for full speed.
+/// Seconds of speeding up in one move: less than the whole ramp if the move is too short for full speed.
 double rampSeconds(double distance, double speed) {
     return std::min(kRampSeconds, std::sqrt(distance * kRampSeconds / speed));
 }

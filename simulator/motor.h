@@ -4,8 +4,8 @@
 
 namespace simulator {
 
-/// One axis of the camera. Where it stands is a function of its last order and of the time, so nothing has to
-/// tick: it speeds up evenly, travels at its rated speed and slows down evenly.
+/// One axis of the camera. Its position is computed from its last order and the time, so it needs no
+/// timer. It speeds up evenly, travels at its rated speed and slows down evenly.
 class Motor {
  public:
     using TimePoint = std::chrono::steady_clock::time_point;

@@ -20,7 +20,7 @@ class SimulatedRegistry : public usb::DeviceRegistry {
     /// Plugs `camera` in at `bus` and `ports`. An unplugged camera may be plugged in again; one that is still
     /// plugged in moves to the new place.
     void plug(std::shared_ptr<CameraModel> camera, std::uint8_t bus, std::vector<std::uint8_t> ports);
-    /// Pulls the plug: the camera is no longer listed, and open handles of it answer Outcome::disconnected.
+    /// Unplugs it: the camera is no longer listed, and open handles of it answer Outcome::disconnected.
     /// The same happens when the camera drops out by itself (CameraModel::unplugAfter()).
     void unplug(const std::shared_ptr<CameraModel> &camera);
 
@@ -39,12 +39,12 @@ class SimulatedRegistry : public usb::DeviceRegistry {
     [[nodiscard]] std::optional<std::vector<std::shared_ptr<const usb::Device>>> devices() const override;
 
     /// One occupied port. Devices and handles share it with the registry.
-    struct Socket;
+    struct Port;
 
  private:
-    void insert(std::shared_ptr<Socket> socket);
+    void insert(std::shared_ptr<Port> port);
 
-    std::vector<std::shared_ptr<Socket>> sockets_;  // by bus and port path, ascending
+    std::vector<std::shared_ptr<Port>> ports_;  // by bus and port path, ascending
     std::shared_ptr<int> openHandles_;
 };
 

@@ -10,7 +10,7 @@ namespace simulator::usbip {
 
 namespace {
 
-/// A kernel keeps a dozen transfers in the air. Somebody who sends so many is none.
+/// A kernel has about a dozen transfers pending. A client that sends more than this is not a kernel.
 constexpr std::size_t kMostPending = 512;
 
 void append(Bytes &bytes, const Bytes &more) {
@@ -47,7 +47,7 @@ std::optional<std::size_t> Attachment::consume(std::span<const std::uint8_t> inp
     }
 
     const auto &wanted = std::get<Submit>(*command);
-    // The packet of a control transfer cannot announce more; waiting for it would only fill our memory.
+    // wLength cannot be larger. Waiting for more would only fill our memory.
     constexpr std::uint32_t kMostControlBytes = 0xFFFF;
     if (wanted.endpoint == 0 && wanted.length > kMostControlBytes) return std::nullopt;
     const std::size_t dataBytes = wanted.toHost ? 0 : wanted.length;
@@ -98,7 +98,7 @@ bool Attachment::submit(const Submit &submit, std::span<const std::uint8_t> data
 }
 
 void Attachment::unlink(const Unlink &unlink) {
-    // Done already, and so the reply to it is on its way: the host sorts that out by the two replies' order.
+    // kDone: the transfer was over, and its reply comes before this one. The host goes by that order.
     const std::int32_t status = forget(unlink.target) ? kUnlinked : kDone;
     append(replies_, encodeUnlinkReply(unlink.sequence, status));
 }
@@ -116,7 +116,7 @@ bool Attachment::forget(std::uint32_t sequence) {
 
 void Attachment::perform(const Control &control, TimePoint now) {
     const usb::SetupPacket &setup = control.submit.setup;
-    // The direction stands twice in a command. Believing both would be reading data that was never sent.
+    // A command gives the direction twice. If the two differ, we would read data that was never sent.
     const bool agree = setup.length == 0 || isAnswered(setup) == control.submit.toHost;
     std::optional<Bytes> answer;
     if (agree) answer = camera_->control(setup, control.data, now);

@@ -14,7 +14,7 @@
 namespace simulator::usbip {
 
 /// One host's use of one camera, from import to disconnection: takes the host's commands and writes the
-/// replies, each when the camera has it. Attaches the camera and, when destroyed, detaches it.
+/// replies, each when the camera's answer is due. Attaches the camera and, when destroyed, detaches it.
 class Attachment {
  public:
     explicit Attachment(std::shared_ptr<VirtualCamera> camera);
@@ -24,8 +24,8 @@ class Attachment {
 
     [[nodiscard]] VirtualCamera &camera() { return *camera_; }
 
-    /// Takes one command, with the data that follows it, off the front of `input`. How many bytes it was;
-    /// 0: it is not all there yet; nothing: this is not USB/IP, and the connection is over.
+    /// Takes one command, with the data that follows it, off the front of `input`. Answers its length in
+    /// bytes; 0 if it is not complete yet; nothing if it is not USB/IP, and the connection must end.
     [[nodiscard]] std::optional<std::size_t> consume(std::span<const std::uint8_t> input, TimePoint now);
 
     /// Appends to `output` what the camera has answered by now.
@@ -49,7 +49,7 @@ class Attachment {
 
     std::shared_ptr<VirtualCamera> camera_;
     std::deque<Control> controls_;  ///< in order: a pipe does one transfer after the other
-    std::vector<Submit> status_;    ///< the camera has nothing to say of itself: these wait for ever
+    std::vector<Submit> status_;    ///< the camera never reports anything by itself: these wait for ever
     std::deque<Submit> video_;
     Bytes replies_;  ///< those that were ready at once
 };

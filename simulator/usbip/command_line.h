@@ -17,7 +17,7 @@ struct CommandLine {
     std::string logFile;  ///< empty: standard output
 };
 
-/// Nothing: `arguments` (without the program's name) make no sense.
+/// Nothing: `arguments` (without the program's name) are not valid.
 [[nodiscard]] std::optional<CommandLine> readCommandLine(std::span<const char *const> arguments);
 
 }  // namespace simulator::usbip

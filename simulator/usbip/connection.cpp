@@ -10,7 +10,7 @@ namespace simulator::usbip {
 
 namespace {
 
-/// Replies that a client may leave lying before it is not listened to any more.
+/// Bytes of replies that a client may leave unread before its commands are no longer read.
 constexpr std::size_t kMostOutput = std::size_t{1} << 20;
 
 bool isOnlyForNow(int error) {

@@ -10,8 +10,8 @@
 
 namespace simulator::usbip {
 
-/// One client's socket: answers what devices there are, and turns into an attachment when one is imported.
-/// Never blocks. Destroying it pulls the cable.
+/// One client's connection: lists the devices, and holds an attachment once one is imported. Never blocks.
+/// Destroying it unplugs the camera.
 class Connection {
  public:
     using Cameras = std::vector<std::shared_ptr<VirtualCamera>>;
@@ -25,7 +25,7 @@ class Connection {
     [[nodiscard]] bool wantsToWrite() const { return !output_.empty(); }
     [[nodiscard]] std::optional<TimePoint> nextReply() const;
 
-    /// The three steps of its life, in any order; false: it is over.
+    /// The three steps of serving it, in any order. False: the connection is over.
     [[nodiscard]] bool receive(TimePoint now);
     [[nodiscard]] bool send();
     void collect(TimePoint now);

@@ -13,7 +13,7 @@ namespace {
 constexpr std::uint8_t kOtherTerminal = 5;
 constexpr std::uint8_t kOtherUnit = 6;
 
-/// By whatever id the camera's options give or will give the unit: two faults may be combined.
+/// Under every id that the unit can have, since faults may be combined.
 template <std::uint8_t request>
 void refuse(Faults &faults) {
     for (const std::uint8_t unit : {kCameraTerminal, kProcessingUnit, kOtherTerminal, kOtherUnit})

@@ -7,13 +7,13 @@
 
 namespace simulator::usbip {
 
-/// What is wrong with the cameras on offer; nothing to begin with.
+/// The faults of the cameras on offer; none by default.
 struct Faults {
     CameraOptions options;
     std::chrono::milliseconds answerDelay{0};
 };
 
-/// Adds the fault of this name (docs/camara-virtual.md lists them). False: there is none such.
+/// Adds the fault of this name (docs/camara-virtual.md lists them). False: there is no such fault.
 [[nodiscard]] bool addFault(std::string_view name, Faults &faults);
 
 }  // namespace simulator::usbip

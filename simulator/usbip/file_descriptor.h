@@ -6,7 +6,7 @@
 
 namespace simulator::usbip {
 
-/// Owns a file descriptor of the system's and closes it.
+/// Owns a file descriptor and closes it.
 class FileDescriptor {
  public:
     explicit FileDescriptor(int descriptor = -1) : descriptor_(descriptor) {}

@@ -32,7 +32,7 @@ Connection::Cameras makeCameras(const CommandLine &line, TransferLog &log) {
     return cameras;
 }
 
-/// Until somebody ends the program; false: the system did.
+/// Serves until a signal ends the program. False: the system failed.
 bool serve(Server &server, const Signals &pending) {
     while (server.runOnce(std::chrono::seconds(60), pending.descriptor())) {
         while (const std::optional<int> signal = pending.take()) {
@@ -75,6 +75,6 @@ int main(int argc, char *argv[]) {
     if (!serve(*server, pending)) return kFailed;
     server->unplugAll();
     log.event("", "end");
-    // A line that could not be written would be a transfer that nobody counts.
+    // Scripts count lines: a log that is not whole must not pass for success.
     return log.isWhole() ? kEnded : kFailed;
 }

@@ -112,8 +112,8 @@ Writer operationReply(std::uint16_t code, ImportStatus status) {
     return out;
 }
 
-/// The part that every reply to a command starts with. Device, direction and endpoint are left to zero: the
-/// sequence number says it all.
+/// The part that every reply to a command starts with. Device, direction and endpoint are 0: hosts go by the
+/// sequence number.
 Writer commandReply(std::uint32_t reply, std::uint32_t sequence, std::int32_t status) {
     Writer out;
     out.number(reply, 4).number(sequence, 4).zeros(12).number(static_cast<std::uint32_t>(status), 4);

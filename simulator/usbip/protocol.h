@@ -56,10 +56,10 @@ struct Export {
 
 inline constexpr std::size_t kCommandBytes = 48;
 
-/// More than any transfer to this camera needs. A longer one is not believed.
+/// More than any transfer to this camera needs. A longer one is refused.
 inline constexpr std::uint32_t kMostTransferBytes = 1u << 20;
 
-/// One transfer to do. For a transfer to the device its `length` bytes follow the command.
+/// One transfer to perform. For a transfer to the device its `length` bytes follow the command.
 struct Submit {
     std::uint32_t sequence = 0;
     std::uint32_t endpoint = 0;  ///< number, 0 to 15
@@ -68,7 +68,7 @@ struct Submit {
     usb::SetupPacket setup;  ///< endpoint 0 only
 };
 
-/// The transfer of number `target` is not wanted any more.
+/// The transfer of number `target` is to be cancelled.
 struct Unlink {
     std::uint32_t sequence = 0;
     std::uint32_t target = 0;
@@ -76,11 +76,11 @@ struct Unlink {
 
 using Command = std::variant<Submit, Unlink>;
 
-/// Nothing: no command that a camera without isochronous endpoints can be sent. What comes after it cannot be
-/// told apart from more nonsense, so that the connection is over.
+/// Nothing: not a command for a camera without isochronous endpoints. Where the next one would begin is then
+/// unknown, so the connection must end.
 [[nodiscard]] std::optional<Command> decodeCommand(std::span<const std::uint8_t, kCommandBytes> bytes);
 
-/// How a transfer ended: the kernel's own error numbers, whatever the machine.
+/// How a transfer ended: Linux error numbers, the same on every machine.
 inline constexpr std::int32_t kDone = 0;
 inline constexpr std::int32_t kStalled = -32;    // -EPIPE
 inline constexpr std::int32_t kUnlinked = -104;  // -ECONNRESET

@@ -18,7 +18,7 @@ RequestError requestErrorOf(const CameraOptions &options, const usb::SetupPacket
     if (isAnswered(setup) || setup.request != request::kSetCur || data.size() != control->size())
         return RequestError::invalidRequest;
     if (!decodeSetting(*control, data)) return RequestError::outOfRange;
-    // A value that it would take, and yet a stall: it will not be moved at present.
+    // A valid value, and yet a stall: the camera refuses to be moved at present.
     return options.notReady ? RequestError::notReady : RequestError::wrongState;
 }
 

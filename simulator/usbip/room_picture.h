@@ -12,7 +12,7 @@ namespace simulator::usbip {
 /// shared by two neighbours, BT.601 with the narrow range of video. The width must be even.
 [[nodiscard]] std::vector<std::uint8_t> yuy2(const QImage &picture);
 
-/// Draws what cameras see, of the size that their descriptors promise. Draws anew only when a camera has
+/// Draws what cameras see, of the size that their descriptors promise. Draws again only when a camera has
 /// moved, so that one that stands still costs nothing.
 class RoomPicture {
  public:

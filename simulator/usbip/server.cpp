@@ -97,7 +97,7 @@ int Server::timeout(std::chrono::milliseconds atMost, TimePoint now) const {
 void Server::accept() {
     FileDescriptor socket(::accept4(listener_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
     if (!socket.isOpen() || connections_.size() >= kMostConnections) return;
-    // Short messages in both directions, each awaited: waiting to fill a packet would cost 40 ms apiece.
+    // Each side waits for the other's short messages: delaying them to fill a packet would cost 40 ms each.
     setOption(socket.get(), IPPROTO_TCP, TCP_NODELAY);
     connections_.push_back(std::make_unique<Connection>(std::move(socket), cameras_));
 }

@@ -10,8 +10,8 @@
 
 namespace simulator::usbip {
 
-/// Offers cameras to the USB/IP clients of this machine, and to nobody else's. One thread; does something
-/// only inside runOnce().
+/// Offers cameras to the USB/IP clients of this machine, and to nobody else's. One thread; works only
+/// inside runOnce().
 class Server {
  public:
     /// Listens on 127.0.0.1. Port 0: any free one. Null: it cannot, and `error` says why.
@@ -21,10 +21,10 @@ class Server {
     [[nodiscard]] std::uint16_t port() const { return port_; }
 
     /// Serves what comes within `atMost`, then returns, earlier if something came, or if `wakeDescriptor`
-    /// (negative: none) has something to read. False: the system refuses to go on.
+    /// (negative: none) has something to read. False: poll() failed.
     [[nodiscard]] bool runOnce(std::chrono::milliseconds atMost, int wakeDescriptor = -1);
 
-    /// Pulls the cable of every camera that is attached. It can be attached anew.
+    /// Unplugs every camera that is attached. They can be attached again.
     void unplugAll();
 
  private:

@@ -10,8 +10,8 @@
 
 namespace simulator::usbip {
 
-/// Takes signals out of the program's way and hands them over as something to read, so that none of them
-/// comes in the middle of a transfer. To be made before the first thread is.
+/// Turns signals into something to read, so that none interrupts a transfer. Create it before the first
+/// thread.
 class Signals {
  public:
     explicit Signals(std::initializer_list<int> numbers) {
@@ -19,7 +19,7 @@ class Signals {
         sigemptyset(&set);
         for (const int number : numbers) sigaddset(&set, number);
         descriptor_ = FileDescriptor(::signalfd(-1, &set, SFD_NONBLOCK | SFD_CLOEXEC));
-        // Only once they can be read: a signal that is blocked and unread could not end the program.
+        // Only if they can be read: a signal that is blocked and unread could not end the program.
         if (descriptor_.isOpen()) sigprocmask(SIG_BLOCK, &set, nullptr);
     }
 

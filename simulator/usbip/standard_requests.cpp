@@ -92,9 +92,9 @@ std::optional<Bytes> StandardRequests::answer(const usb::SetupPacket &setup) {
 std::optional<Bytes> StandardRequests::answerDevice(const usb::SetupPacket &setup) {
     switch (setup.request) {
         case kGetStatus:
-            return Bytes{0, 0};  // powered by the bus, wakes nobody up
+            return Bytes{0, 0};  // powered by the bus, no remote wakeup
         case kSetAddress:
-            return Bytes{};  // addresses are the host's own affair behind USB/IP
+            return Bytes{};  // behind USB/IP only the host knows the address
         case kGetDescriptor:
             return descriptor(setup.value);
         case kGetConfiguration:
@@ -116,7 +116,7 @@ std::optional<Bytes> StandardRequests::answerInterface(const usb::SetupPacket &s
         case kGetInterface:
             return Bytes{0};
         case kSetInterface:
-            // The one setting that there is; uvcvideo chooses it before it negotiates.
+            // The only alternate setting; uvcvideo chooses it before it negotiates.
             return setup.value == 0 ? std::optional(Bytes{}) : std::nullopt;
         default:
             return std::nullopt;

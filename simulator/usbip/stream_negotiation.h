@@ -9,8 +9,8 @@
 
 namespace simulator::usbip {
 
-/// Bytes of one payload, its header included. A host asks for a payload a transfer, and 16 KiB is the longest
-/// transfer that uvcvideo makes.
+/// Bytes of one payload, its header included. A host asks for one payload per transfer, and 16 KiB is the
+/// longest transfer that uvcvideo makes.
 inline constexpr std::uint32_t kMostPayloadBytes = 16384;
 
 /// VS_PROBE_CONTROL and VS_COMMIT_CONTROL (USB Video Class 1.1, sections 4.3.1.1 and A.9.7): what host and

@@ -11,7 +11,7 @@ namespace simulator::usbip {
 
 enum class TransferEnd { ok, stall, cancelled };
 
-/// Writes what happens to the cameras, one line an event, each line as soon as it has happened. The format is
+/// Writes what happens to the cameras, one line per event, as soon as it has happened. The format is
 /// described in docs/camara-virtual.md; scripts read it.
 class TransferLog {
  public:

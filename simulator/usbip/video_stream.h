@@ -32,7 +32,7 @@ class VideoStream {
     /// streams.
     [[nodiscard]] std::optional<Bytes> take(std::size_t length, TimePoint now);
 
-    /// Until when take() has nothing to give; an instant of the past while it has. Nothing: no stream.
+    /// When take() will have something to give; a past time if it has now. Nothing: no stream.
     [[nodiscard]] std::optional<TimePoint> readyAt() const;
 
  private:

@@ -21,8 +21,8 @@ std::uint8_t interfaceOf(const usb::SetupPacket &setup) {
     return static_cast<std::uint8_t>(setup.index & 0xFF);
 }
 
-/// Requests after which an endpoint starts from scratch. A host ends a bulk stream by one of them: it has no
-/// empty setting of the interface to choose (uvcvideo clears the halt of the endpoint).
+/// Requests that reset an endpoint. A host ends a bulk stream with one of them, since there is no alternate
+/// setting without the endpoint to choose (uvcvideo clears the endpoint's halt).
 bool resetsVideoEndpoint(const usb::SetupPacket &setup, std::uint8_t streamingInterface) {
     constexpr std::uint8_t kClearFeature = 0x01;
     constexpr std::uint8_t kSetConfiguration = 0x09;

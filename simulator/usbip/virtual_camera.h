@@ -36,7 +36,7 @@ class VirtualCamera {
     [[nodiscard]] bool isAttached() const { return attached_; }
     void attach();
     void detach();
-    /// Notes that the cable is about to come out.
+    /// Logs that it is about to be unplugged.
     void announceUnplugging() { log_->event(busId_, "unplug"); }
 
     /// How long the camera takes over a control transfer before it acts on it and answers. One that hangs

@@ -11,8 +11,8 @@
 #include "simulator/camera_model.h"
 #include "simulator/usbip/server.h"
 
-/// The other end of the wire, as a kernel would be it: writes the protocol by hand, so that a mistake in the
-/// server's own reading and writing does not cancel out.
+/// The host's end of a connection. It writes the protocol by hand, so that a mistake in the server's own
+/// reading and writing does not cancel out.
 namespace usbip_test {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -55,8 +55,8 @@ class Host {
     explicit Host(Bench &bench);
 
     void send(const Bytes &bytes);
-    /// Exactly so many bytes, for which the server gets the time that it needs; fewer: it closed the
-    /// connection, or nothing came within two seconds.
+    /// Reads exactly this many bytes while the server runs. Fewer: it closed the connection, or nothing came
+    /// within two seconds.
     Bytes receive(std::size_t count);
     /// Whether the server closes the connection within two seconds, without a further byte.
     bool isClosed();

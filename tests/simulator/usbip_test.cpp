@@ -172,7 +172,7 @@ TEST_F(Usbip, NeverBelievesBothDirectionsOfOneCommand) {
     EXPECT_EQ(bench.models[0]->target().pan, 0);
 }
 
-/// What is no USB/IP, or none for this camera, after an import or instead of one.
+/// Input that is not USB/IP, or not for this camera: after an import or in place of one.
 struct Nonsense {
     const char *name;
     bool imported;
