@@ -5,8 +5,8 @@
 #include <vector>
 
 /// How names of centres and rooms are compared: by canonical equivalence ("Á" is the same name whether
-/// written as one character or as two), ordered by the code points of their NFC forms. No locale has a say. A
-/// name that is not UTF-8 (files may bear such names) is compared by its bytes.
+/// written as one character or as two), ordered by the code points of their NFC forms. The locale plays no
+/// part. A name that is not UTF-8 (file names may be) is compared by its bytes.
 namespace scenes {
 
 [[nodiscard]] bool sameName(std::string_view a, std::string_view b);

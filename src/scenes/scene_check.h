@@ -6,7 +6,7 @@
 
 #include "scenes/scene_file.h"
 
-/// Looks through the whole store the way loading does, and survives what ends a program that loads it.
+/// Reads the whole store as loading does, but reports what would stop a program that loads it.
 namespace scenes {
 
 /// One file of the store.

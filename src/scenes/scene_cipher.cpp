@@ -18,8 +18,8 @@ struct FreeContext {
 };
 using Context = std::unique_ptr<EVP_CIPHER_CTX, FreeContext>;
 
-/// Joined at run time so that the program does not carry the key in one piece. It keeps the files from being
-/// edited by hand; it is no secret.
+/// Joined at run time so that the program file does not hold the key in one piece. The key only keeps people
+/// from editing the files by hand; it is not a secret.
 std::array<std::uint8_t, 24> sceneKey() {
     constexpr std::array<std::uint8_t, 16> first = {'Z', 'e', 'l', 'v', 'o', 'r', 'i', 'a',
                                                     '-', 'e', 's', 'c', 'e', 'n', 'a', 's'};
@@ -31,7 +31,7 @@ std::array<std::uint8_t, 24> sceneKey() {
 
 enum class Direction { Decrypt = 0, Encrypt = 1 };
 
-/// Absent when the cryptographic library refuses.
+/// Absent when OpenSSL refuses.
 Context openCipher(Direction direction) {
     Context context(EVP_CIPHER_CTX_new());
     const auto key = sceneKey();
@@ -70,8 +70,7 @@ std::vector<std::uint8_t> decryptBlocks(std::span<const std::uint8_t> cipher) {
     const std::size_t whole = cipher.size() / kBlock * kBlock;
     if (whole == 0 || !fitsTheCipher(whole)) return plain;
 
-    // The library's own padding check is off: it would hold back the last block of a file whose padding is
-    // damaged.
+    // OpenSSL's own padding check is off: it would drop the last block of a file whose padding is damaged.
     const Context context = openCipher(Direction::Decrypt);
     int written = 0;
     if (!context || EVP_CIPHER_CTX_set_padding(context.get(), 0) != 1 ||

@@ -36,7 +36,7 @@ std::optional<std::string> sceneTextFromJson(std::string_view json) {
 DecodedScenes decodeSceneText(std::string_view text) {
     if (!isValidUtf8(text)) return unreadable("the file is not UTF-8 text");
 
-    // As many bytes as the text has; below 32 that is less than is counted, but only zeros are cut off then.
+    // As large as the text. For texts under 32 bytes that is too small, but only zeros are cut off.
     std::vector<std::uint8_t> buffer(text.size(), 0);
     const std::size_t count = String_decrypt(text, buffer);
     const std::string inner = caesarDataToString(buffer, static_cast<std::int64_t>(count), -kSceneShift);

@@ -18,14 +18,14 @@ struct DecodedScenes {
     enum class Outcome {
         Read,        ///< `presets` are the file's scenes
         Unreadable,  ///< `error` says why, in one line
-        Fatal        ///< it decrypts to something that no program with our key has written: a fatal stop
+        Fatal        ///< base64 text that does not decrypt to base64 text: a fatal stop
     };
     Outcome outcome = Outcome::Fatal;
     std::vector<ManualPreset> presets;
     std::string error;
 };
 
-/// Decodes the text of a scene file; any bytes will do. What follows the first "]" of the JSON text is
+/// Decodes the text of a scene file; takes any bytes. What follows the first "]" of the JSON text is
 /// dropped, so a name with that character makes the file unreadable. Wanted.
 [[nodiscard]] DecodedScenes decodeSceneText(std::string_view text);
 

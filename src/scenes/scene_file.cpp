@@ -24,7 +24,7 @@ namespace {
 namespace fs = std::filesystem;
 using scenes::printLine;
 
-// A quarter of a million scenes; whatever is larger is not a room and would only fill the memory.
+// Room for a quarter of a million scenes. A larger file is not a scene file and would only fill the memory.
 constexpr std::uintmax_t kLargestFile = std::uintmax_t{64} << 20;
 
 std::string reasonFor(const fs::path &path, const std::string &reason) {
@@ -45,8 +45,7 @@ FileText cannotAccess(const fs::path &path, int systemError) {
             systemError};
 }
 
-/// The whole file; nothing for anything but a regular file of a sensible size. A pipe or a device would hang
-/// the window or never end.
+/// Reads regular files only: a pipe would block the window, and a device may never end.
 FileText readRegularFile(const fs::path &path) {
     using Outcome = scenes::SceneFile::Outcome;
     std::error_code failure;

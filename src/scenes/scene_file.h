@@ -6,19 +6,19 @@
 
 #include "scenes/manual_preset.h"
 
-/// Scene files on disk. Paths are relative to the user's Documents folder. Failures are told on standard
-/// output only, never to the caller: the window goes on with what it has in memory.
+/// Scene files on disk. Paths are relative to the user's Documents folder. Failures are printed on standard
+/// output and not returned: the window goes on with what it has in memory.
 
-/// Writes the scenes of one room, atomically: the old file stays whole until the new one is complete. A path
-/// that leaves the store's folder is not written. Prints "Error tr " and the reason (a text is not UTF-8),
-/// "Error 34 " (no Documents folder), or "cant write..." and, on a second line, the reason. Blocks until the
-/// data is on disk.
+/// Writes the scenes of one room, atomically: the old file stays whole until the new one is complete. Prints
+/// "Error tr " and the reason (a text is not UTF-8), "Error 34 " (no Documents folder), or "cant write..."
+/// and, on a second line, the reason, which may be that guardedFile() refuses the path. When the scenes
+/// cannot be encrypted, nothing is written and nothing printed. Blocks until the text is on disk.
 void PresetToFile(const std::string &Path, const std::vector<ManualPreset> &arrayPresets);
 
-/// Reads the scenes of one room; the file is never changed. An empty list, and a line "cant read… " with the
-/// reason, for what is no readable scene file (anything but a regular file of at most 64 MiB included). An
-/// empty list without a line when there is no Documents folder. A file that decrypts to no base64 text, as
-/// nearly all foreign or damaged ones do, is a fatal stop.
+/// Reads the scenes of one room. Links are followed, out of the store too. What is not a scene file, not a
+/// regular file or larger than 64 MiB gives an empty list and a line "cant read… " with the reason. Without a
+/// Documents folder the list is empty and nothing is printed. Base64 text that does not decrypt to base64
+/// text is a fatal stop, as most damaged files are.
 [[nodiscard]] std::vector<ManualPreset> FileToPreset(const std::string &Path);
 
 namespace scenes {
@@ -27,7 +27,7 @@ namespace scenes {
 struct SceneFile {
     enum class Outcome {
         Read,          ///< `presets` are its scenes
-        Inaccessible,  ///< the system does not let it be read; `systemError` (an errno) says why
+        Inaccessible,  ///< missing, or the system refuses; `systemError` (an errno) says why
         NotAFile,      ///< a folder, a pipe, a device
         TooLarge,      ///< more than 64 MiB
         Empty,         ///< no bytes at all

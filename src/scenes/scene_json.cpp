@@ -12,7 +12,7 @@ namespace {
 using Json = nlohmann::json;
 using OrderedJson = nlohmann::ordered_json;
 
-/// The library would cut 5.5 to 5 and wrap 9223372036854775808; a scene with such a number is damaged.
+/// The library would turn 5.5 into 5 and wrap 9223372036854775808. A scene with such a number is damaged.
 std::optional<std::int64_t> wholeNumber(const Json &value) {
     if (value.is_number_unsigned()) {
         const auto number = value.get<std::uint64_t>();
@@ -23,12 +23,12 @@ std::optional<std::int64_t> wholeNumber(const Json &value) {
     if (value.is_number_integer()) return value.get<std::int64_t>();
     if (!value.is_number_float()) return std::nullopt;
     const double number = value.get<double>();
-    // The lower limit itself is refused: an integer one below the range arrives here rounded to it.
+    // The lower limit is refused, too: the library rounds an integer just below the range to it.
     if (!(number > -0x1p63 && number < 0x1p63) || number != std::trunc(number)) return std::nullopt;
     return static_cast<std::int64_t>(number);
 }
 
-/// Reads the members of one scene; the first that fails is remembered.
+/// Reads the members of one scene and keeps the first error.
 class SceneReader {
  public:
     explicit SceneReader(const Json &object) : object_(object) {}
@@ -156,7 +156,7 @@ std::string withoutNulls(std::string_view json) {
             continue;
         }
         if (json.front() == '"') inString = !inString;
-        // An escape is taken whole: its second character neither ends the string nor begins the word (\null
+        // An escape is taken whole: its second character does not end the string or begin the word ("\null"
         // is a line break and "ull").
         const std::size_t taken = inString && json.front() == '\\' && json.size() > 1 ? 2 : 1;
         result += json.substr(0, taken);

@@ -10,14 +10,16 @@
 /// The innermost layer of a scene file: a JSON array of scenes, UTF-8.
 namespace scenes {
 
-/// Compact JSON, keys in the order of ManualPreset's fields. Nothing when a text is not UTF-8, with the
-/// reason in `error`.
+/// Compact JSON, keys in the order of ManualPreset's fields, "\/" for a solidus. Nothing when a text is not
+/// UTF-8, with the reason in `error`.
 [[nodiscard]] std::optional<std::string> jsonFromPresets(const std::vector<ManualPreset> &presets,
                                                          std::string &error);
 
-/// The scenes of a JSON array. All seven keys are required in each, in any order; unknown keys are ignored. A
-/// position may be written in any way whose value is a whole number of 64 signed bits (5.0, 1e3). Nothing
-/// when anything is amiss, with the reason, one line, in `error`.
+/// The scenes of a JSON array. All seven keys are required in each, in any order; unknown keys are ignored,
+/// and of a repeated key the last value counts. A position is an integer from -2^63 to 2^63 - 1, taken
+/// exactly. With a fraction or an exponent (5.0, 1e3) it is first rounded to a double, which must be whole
+/// and lie between -2^63 and 2^63, both excluded. Nothing for any other text, with the reason, one line, in
+/// `error`.
 [[nodiscard]] std::optional<std::vector<ManualPreset>> presetsFromJson(std::string_view json,
                                                                        std::string &error);
 

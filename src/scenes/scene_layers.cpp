@@ -46,8 +46,7 @@ std::string base64Encode(std::string_view bytes) {
         .toStdString();
 }
 
-// Our own: the toolkit's decoder either takes text with misplaced padding or stumbles over a trailing
-// newline.
+// Not Qt's decoder: it either takes text with misplaced padding or refuses a trailing newline.
 std::optional<std::vector<std::uint8_t>> base64DecodeIgnoringUnknown(std::string_view text) {
     std::vector<std::uint8_t> bytes;
     bytes.reserve(text.size() / 4 * 3);
@@ -112,7 +111,7 @@ std::optional<std::string> String_encrypt(std::span<const std::uint8_t> bytes, s
 
 std::size_t String_decrypt(std::string_view text, std::span<std::uint8_t> out) {
     const auto cipher = scenes::base64DecodeIgnoringUnknown(text);
-    // Text that is no base64 counts as no cipher bytes: a file that is not ours reads as an empty room.
+    // Text that is not base64 gives no cipher bytes, so the file of another program reads as an empty room.
     const auto plain = scenes::decryptBlocks(cipher.value_or(std::vector<std::uint8_t>{}));
     std::size_t count = 0;
     for (const std::uint8_t byte : plain) {

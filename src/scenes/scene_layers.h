@@ -23,14 +23,14 @@
                                              std::int64_t shift);
 
 /// The first `length` bytes expanded (194 before each byte of 128 or more), encrypted and given as base64
-/// text without line breaks. Nothing when `length` is negative or more than there are, or the cipher is not
-/// to be had.
+/// text without line breaks. Nothing when `length` is negative or more than there are, or when the bytes
+/// cannot be encrypted.
 [[nodiscard]] std::optional<std::string> String_encrypt(std::span<const std::uint8_t> bytes,
                                                         std::int32_t length);
 
-/// The reverse: writes the plain bytes without those of value 194 into `out`. The zeros that fill up the last
-/// cipher blocks belong to them. Returns how many bytes there are; those for which `out` has no room are
-/// counted and not written. Never fails: damaged or foreign text gives meaningless bytes.
+/// The reverse: writes the plain bytes without those of value 194 into `out`. The zeros that decryptBlocks()
+/// leaves behind the plain text are among them. Returns how many bytes there are; those for which `out` has
+/// no room are counted and not written. Never fails: damaged or foreign text gives meaningless bytes.
 [[nodiscard]] std::size_t String_decrypt(std::string_view text, std::span<std::uint8_t> out);
 
 namespace scenes {

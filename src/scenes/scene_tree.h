@@ -20,17 +20,19 @@ extern std::vector<std::string> ListaGrupos;     ///< names of the centres, as s
 extern std::vector<std::string> ListaSubgrupos;  ///< names of the selected centre's rooms, as shown
 extern std::vector<std::string> ListaEscenas;    ///< names of the selected room's scenes, in the file's order
 
-/// Loads the tree, making the store's folder when there is none. The placeholder centre is always in it. What
-/// cannot be listed prints "No folder" and counts as empty; what cannot be decoded counts as a room without
-/// scenes. A room's name ends at the first "." of its file's name. Of several files that load under one name,
-/// the one that is called just so is taken, since it is the one that the next save replaces.
+/// Loads the tree, making the store's folder when there is none, and clears away temporary files that a
+/// killed program left in the store. The placeholder centre is always in the tree. What cannot be listed
+/// prints "No folder" and counts as empty; what cannot be decoded counts as a room without scenes. A room's
+/// name ends at the first "." of its file's name. Of several files of one room all are read, and the scenes
+/// of the one that the next save replaces are taken. A file in a centre whose name is dots only is a fatal
+/// stop, as is a file at which FileToPreset() stops.
 [[nodiscard]] SceneTree obtenerPresets();
 
-/// Makes a directory of the store, with those above it, unless it is there. When something is to be made, its
-/// URL is printed; a failure prints "Unable to create directory" and the reason.
+/// Makes a directory, with those above it, unless it is there. Otherwise prints its URL and, on failure or
+/// when guardedPath() refuses it, "Unable to create directory" and the reason.
 void crearDirectorioSiNoExiste(const std::string &newPath);
 
-/// Removes a file or directory of the store with all that it contains; a symbolic link is removed, not
-/// followed. Never removes the store's folder itself or anything outside it. Prints the URL; a failure, a
-/// missing item included, prints "Unable to create directory" (as creating does; wanted) and the reason.
+/// Removes a file or directory with all that it contains; a symbolic link is removed, not followed. Never
+/// removes the store's folder itself or what guardedPath() refuses. Prints the URL; a failure, a missing item
+/// included, prints "Unable to create directory" (as creating does; wanted) and the reason.
 void eliminarDirectorio(const std::string &newPath);

@@ -53,11 +53,12 @@ GuardedPath guardedPath(const std::string &documents, std::string_view relative)
         // The system would see only the part before it, which may be the whole store.
         return {{}, "the name holds a zero byte", false};
     }
+    const fs::path store = documents + "/" + PresetsFolder;
+    if (relative == PresetsFolder || relative == PresetsFolder + "/") return {store, {}, true};
     const fs::path path = documents + "/" + std::string(relative);
     if (hasAliasingPart(relative)) {
         return {path, path.string() + " has a part that is empty, \".\" or \"..\"", false};
     }
-    if (relative == PresetsFolder) return {path, {}, true};
     return {path, whyOutside(path.parent_path(), limitOf(documents, relative)), false};
 }
 

@@ -31,7 +31,8 @@ struct GuardedPath {
 /// creates, replaces or removes something goes through here. `relative` (to `documents`) is refused when one
 /// of its parts is empty, "." or "..": it would be a second name of something else. It is also refused when a
 /// symbolic link on the way leads out of the store or, for a path beside the store, out of `documents`. The
-/// store's folder itself may be a link. The last part may be one too: it is not followed.
+/// store's folder itself ("Presets" or "Presets/") may be a link. The last part may be one too: it is not
+/// followed.
 [[nodiscard]] GuardedPath guardedPath(const std::string &documents, std::string_view relative);
 
 /// The same for a file that is to be written: a link in the last part is followed, and must not lead out

@@ -15,7 +15,7 @@ class StoreVisitor {
     virtual void foundRoom(const std::string &centre, const std::string &room, const std::string &path) = 0;
     /// A folder, or what should be one, that cannot be listed.
     virtual void cannotList(const std::string &folder) = 0;
-    /// An entry inside a centre whose name consists of dots: no program with our rules puts one there.
+    /// An entry inside a centre whose name is dots only; this program makes no such file.
     virtual void foundNameless(const std::string &path) = 0;
 };
 

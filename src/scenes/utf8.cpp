@@ -14,7 +14,7 @@ struct Expected {
     unsigned char high;
 };
 
-/// Following 0 for a byte that is not a lead byte of a longer sequence.
+/// `following` is 0 for a byte that starts no longer sequence.
 Expected expectedAfter(unsigned char lead) {
     if (lead >= 0xC2 && lead <= 0xDF) return {1, 0x80, 0xBF};
     if (lead == 0xE0) return {2, 0xA0, 0xBF};

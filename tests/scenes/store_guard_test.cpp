@@ -38,7 +38,7 @@ TEST_F(StoreFolders, AreMadeOnceWithThoseAboveThem) {
     EXPECT_EQ(create("Presets/Norte/Planta 1"), urlLine("Presets/Norte/Planta%201"));
     EXPECT_TRUE(fs::is_directory(store() / "Norte" / "Planta 1"));
     EXPECT_EQ(create("Presets/Norte"), "");
-    EXPECT_EQ(create("Presets"), "");
+    EXPECT_EQ(create("Presets/"), "") << "a path that callers use for the store";
     EXPECT_EQ(create("Presets/[Ñ] 50%?#"), urlLine("Presets/%5B%C3%91%5D%2050%25%3F%23"));
     EXPECT_TRUE(fs::is_directory(store() / "[Ñ] 50%?#"));
 }
@@ -118,7 +118,7 @@ class StoreGuard : public StoreFolders {
 
 TEST_F(StoreGuard, NothingIsReachedByASecondName) {
     std::istringstream words(
-        ". / .. ../ ../ajeno/f nuevo/../../ajeno ./Presets Presets/ Presets// Presets/. Presets/.. "
+        ". / .. ../ ../ajeno/f nuevo/../../ajeno ./Presets Presets// Presets/. Presets/.. "
         "Presets/../carta.txt Presets/../Presets Presets/../../ajeno Presets/Falta/../../carta.txt "
         "Presets/Norte/ Presets/./Norte Presets//Norte Presets/y/../Norte Presets/Norte/.. /Presets/Norte "
         "Presets/Norte/./Sala.presets Presets/Norte//Sala.presets Presets/Norte/x/../Sala.presets "
@@ -132,8 +132,11 @@ TEST_F(StoreGuard, NothingIsReachedByASecondName) {
         EXPECT_THAT(printedBy([&] { PresetToFile(path, {}); }), StartsWith("cant write...\n")) << path;
         ASSERT_TRUE(untouched()) << path;
     }
-    EXPECT_THAT(remove("Presets"), HasSubstr("\nUnable to create directory "));
-    EXPECT_TRUE(untouched());
+    for (const char *path : {"Presets", "Presets/"}) {
+        EXPECT_THAT(remove(path), HasSubstr("\nUnable to create directory "));
+        EXPECT_THAT(printedBy([&] { PresetToFile(path, {}); }), StartsWith("cant write...\n"));
+        EXPECT_TRUE(untouched());
+    }
 }
 
 TEST_F(StoreGuard, PlainNamesBesideTheStoreAreTaken) {
