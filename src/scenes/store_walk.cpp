@@ -42,7 +42,7 @@ std::vector<std::string> pieces(std::string_view name) {
 
 struct RoomFile {
     std::string room;
-    std::string name;
+    std::string path;
 };
 
 class Walk {
@@ -72,20 +72,22 @@ class Walk {
 
     void rooms(const std::string &centre, const std::string &folder,
                const std::vector<std::string> &entries) {
+        const std::string inFolder = folder + "/";
         std::vector<RoomFile> files;
         for (const std::string &entry : entries) {
             if (entry == ".DS_Store") continue;
+            const std::string path = inFolder + entry;
             const auto parts = pieces(entry);
             if (parts.empty()) {
-                visitor_.foundNameless(folder + "/" + entry);
+                visitor_.foundNameless(path);
             } else if (parts.back() == "presets") {
-                files.push_back({parts.front(), entry});
+                files.push_back({parts.front(), path});
             }
         }
         // "Aula 1.2.presets" is the room "Aula 1", too, but a save of it replaces "Aula 1.presets".
         std::stable_partition(files.begin(), files.end(),
-                              [](const RoomFile &file) { return file.name != file.room + ".presets"; });
-        for (const RoomFile &file : files) visitor_.foundRoom(centre, file.room, folder + "/" + file.name);
+                              [&](const RoomFile &file) { return file.path != roomPath(centre, file.room); });
+        for (const RoomFile &file : files) visitor_.foundRoom(centre, file.room, file.path);
     }
 
     const std::string &documents_;
