@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <memory>
-
 #include "kernel/each_way.h"
 #include "scenes/scene_file.h"
 #include "scenes/scene_tree.h"
@@ -16,10 +14,10 @@ namespace {
 
 using support::scene;
 
-/// Pan 20 display units are 20 * 752 / 168 * 806 = 72156 raw and go to the step 72000; tilt -4 are -14879 and
-/// go to -14400.
+/// Pan 20 in display units is 20 * 752 / 168 * 806 = 72156 raw, rounded to the step 72000; tilt -4 is -14879,
+/// rounded to -14400.
 constexpr char kBoard[] = "40190100c0c7ffff";
-/// 40 and 4 are 144312 and 14879.
+/// Pan 40 and tilt 4 are 144312 and 14879.
 constexpr char kDoor[] = "8032020040380000";
 
 class StoreAndCamera : public EachWay {

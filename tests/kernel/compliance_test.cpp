@@ -8,8 +8,8 @@
 namespace guest {
 namespace {
 
-/// What uvcvideo fails with any camera, by v4l2-compliance's own names: it refuses controls that something
-/// automatic has switched off, and starts a stream that has no buffers.
+/// uvcvideo's own failures, by v4l2-compliance's names for them: EACCES for controls that an automatic one
+/// has switched off, and no EINVAL from a VIDIOC_STREAMON where the tool expects it.
 const std::set<std::string> kDriversOwn{"VIDIOC_G/S_CTRL", "VIDIOC_G/S/TRY_EXT_CTRLS", "MMAP (no poll)",
                                         "MMAP (select)", "MMAP (epoll)"};
 
@@ -34,11 +34,11 @@ TEST(Compliance, FailsNowhereButWhereTheDriverDoes) {
     const std::string node = captureNode(camerasOnBus().at(0)).value();
 
     std::set<std::string> failures = failuresOf(node);
-    // This one gives the driver a fixed moment to stop, which a busy emulated machine may exceed.
+    // This test allows the driver a fixed moment to stop, which a busy emulated machine may exceed.
     for (int again = 0; again < 2 && failures.contains("blocking wait"); ++again) failures = failuresOf(node);
 
     for (const std::string &name : failures) EXPECT_TRUE(kDriversOwn.contains(name)) << name;
-    // Good news that the list above has to learn of, not a fault.
+    // No fault, but the list above is to be shortened.
     std::string mended;
     for (const std::string &name : kDriversOwn)
         if (!failures.contains(name)) mended += "\n    " + name;

@@ -11,15 +11,15 @@
 
 namespace guest {
 
-/// Who carries the requests to the camera.
+/// The backend that carries the requests to the camera.
 enum class Way { uvcvideo, libusb };
 
-/// Without uvcvideo in the kernel, libusb is the only way; with it, libusb is refused.
+/// Without uvcvideo in the kernel, only libusb can carry them; with it, libusb is refused.
 inline void choose(Way way) {
     way == Way::uvcvideo ? loadDriver() : unloadDriver();
 }
 
-/// A test that runs once by each way.
+/// A test that runs once through each backend.
 class EachWay : public ::testing::TestWithParam<Way> {
  protected:
     void SetUp() override { choose(GetParam()); }
@@ -36,7 +36,7 @@ inline Way wayTaken(const VirtualCamera &camera) {
     return camera.transfers("GET_INFO", kPanTilt).empty() ? Way::uvcvideo : Way::libusb;
 }
 
-/// How long a call took that a person waits for.
+/// How long the call took.
 template <typename Function>
 [[nodiscard]] std::chrono::milliseconds timeOf(Function function) {
     const auto start = std::chrono::steady_clock::now();

@@ -27,12 +27,12 @@ void PrintTo(const Answers &answers, std::ostream *out) {
          << text(answers.zoom) << ", " << text(answers.panTiltData) << ", " << text(answers.zoomData) << "}";
 }
 
-/// What a fault makes of the answers by each backend.
+/// The answers through each backend on a camera with this fault.
 struct FaultRow {
     const char *fault;
     Answers uvcvideo;
     Answers libusb;
-    /// That a call may take: six requests, each of which may take its two seconds.
+    /// The longest that a call may take: six requests of two seconds each.
     seconds longest{14};
 };
 
@@ -42,7 +42,7 @@ void PrintTo(const FaultRow &row, std::ostream *out) {
 
 constexpr char kPanTiltRange[] = "-612000,12000,3600,0,-108000,324000,3600,0";
 constexpr char kZoomRange[] = "0,1000,1,0";
-/// The first character of the largest pan is always lost, here its sign.
+/// The first character of the maximum pan is always lost: here its sign.
 constexpr char kReversedRange[] = "612000,612000,3600,0,324000,-108000,3600,0";
 constexpr char kOutside[] = "648000,360000";
 
@@ -60,25 +60,26 @@ const Answers kStepZero{true,        true, "36000,-18000", "300", "-612000,12000
 const Answers kNoZoom{true, false, "36000,-18000", kUnreadablePosition, kPanTiltRange, {}};
 const Answers kAlwaysOutside{true, true, kOutside, "1010", kPanTiltRange, kZoomRange};
 
-/// By libusb, what the camera leaves out is left out and all else works. The driver is stricter in one way
-/// and blinder in another: a control that does not tell its whole range does not exist for it, and it fills a
-/// short answer up with zeros, so that half the range of such a camera cannot be told from a real one.
+/// Through libusb, only what the camera does not answer is missing. The driver is stricter about ranges: a
+/// control without a whole range does not exist for it. And it fills short answers up with zeros, so that a
+/// range cut in half looks like a real one.
 const FaultRow kFaults[] = {
-    // Each control has the flags that the driver believes it has.
+    // The driver falls back on the flags that it takes for usual.
     {"get-info", kHealthy, kNoControls},
     {"get-min", kNoControls, kNoRange},
     {"get-max", kNoControls, kNoRange},
     {"get-res", kNoControls, kNoStep},
     {"get-def", kNoControls, kNoDefault},
-    // The driver knows pan and tilt as halves of one setting, and reads that before it writes; the zoom is
-    // whole.
+    // Pan and tilt are halves of one control, which the driver reads before it writes one of them. The zoom
+    // is
+    // a whole one.
     {"get-cur",
      {false, true, kUnreadablePosition, kUnreadablePosition, kPanTiltRange, kZoomRange},
      {true, true, kUnreadablePosition, kUnreadablePosition, kPanTiltRange, kZoomRange}},
     {"set-cur", kSetRefused, kSetRefused},
     {"not-ready", kSetRefused, kSetRefused},
     {"slow", kHealthy, kHealthy},
-    // The driver remembers the range of pan and tilt from before the order that the camera hung on.
+    // The driver has read the range of pan and tilt before the order at which the camera hangs.
     {"hang",
      {false, false, kUnreadablePosition, kUnreadablePosition, kPanTiltRange, {}},
      kNoControls,
@@ -88,14 +89,14 @@ const FaultRow kFaults[] = {
      {true, true, kUnreadablePosition, kUnreadablePosition, ",,,,,,,", ",,,"}},
     {"outside", kAlwaysOutside, kAlwaysOutside},
     {"res-0", kStepZero, kStepZero},
-    // Whoever clamps last decides which end it is.
+    // Which end it is depends on who clamps last.
     {"reversed",
      {true, true, "612000,324000", "0", kReversedRange, "1000,0,1,0"},
      {true, true, "-612000,-108000", "0", kReversedRange, "1000,0,1,0"}},
     {"no-zoom", kNoZoom, kNoZoom},
-    // Requests name terminal 1 and unit 2; the driver puts the camera's own numbers in their place.
+    // Requests name terminal 1 and unit 2; the driver replaces them by the camera's own ids.
     {"ids", kHealthy, kNoControls},
-    // The zoom's requests reach the control that has the zoom's number in the other unit.
+    // The zoom's requests reach the control with the zoom's selector in the other unit.
     {"swapped-ids", kHealthy, {false, false, kUnreadablePosition, kUnreadablePosition, {}, ",,,"}},
     {"interface", kHealthy, kHealthy},
     {"no-header", kNoCamera, kNoCamera},
@@ -128,8 +129,8 @@ TEST_P(Fault, EndsInAnAnswerWithinItsTime) {
     camera.show(row.fault);
 
     EXPECT_EQ(answers, way == Way::uvcvideo ? row.uvcvideo : row.libusb);
-    // What a call answered about a move must be true of the camera, and no call may try twice: except through
-    // the driver, where the camera itself asks for patience.
+    // A call that says "moved" has moved the camera. No order is sent twice, except through the driver to a
+    // camera that says that it is not ready yet.
     const auto moves = camera.transfers("SET_CUR", kPanTilt);
     const auto done = std::ranges::count(moves, "ok", &LoggedTransfer::outcome);
     EXPECT_EQ(done, answers.setPanTilt ? 1 : 0);

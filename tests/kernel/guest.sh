@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Inside the guest: runs every case of the given test programs in a process and a folder of its own, so that one that
-# crashes takes no other with it. Answers 0 also when cases fail: each one's own status tells.
-#   guest.sh [-f PATTERN] PROGRAM...    PATTERN: only the cases whose name it matches, as the shell does
+# Inside the guest: runs every case of the given test programs in a process and a folder of its own, so that a crash
+# ends one case only. Ends with 0 even when cases fail: the result of each is in its folder.
+#   guest.sh [-f PATTERN] PROGRAM...    PATTERN: only the cases whose names match this shell pattern
 set -uo pipefail
 results=/run/out
 wanted='*'
@@ -10,7 +10,7 @@ if [ "${1:-}" = -f ]; then
     shift 2
 fi
 modprobe -a vhci-hcd uvcvideo || exit 1
-# As on a desktop, libusb learns of new devices from udev. Which driver is loaded when is the tests' business.
+# As on a desktop, libusb learns of new devices from udev. The tests load the drivers themselves.
 rm -f /lib/udev/rules.d/80-drivers.rules
 /lib/systemd/systemd-udevd --daemon || exit 1
 
@@ -29,7 +29,7 @@ run_case() {
     cd "$folder" || return
     dmesg --clear
     timeout --kill-after=5 120 "$1" --gtest_filter="$2" --gtest_color=no >output 2>&1 || status=$?
-    # The application's failure dialog ends a process with status 0: only a verdict counts.
+    # The application's failure dialog ends a process with status 0: only GoogleTest's verdict counts.
     grep -qE '^\[  (PASSED  \] 1 test\.|SKIPPED \] 1 test, .*)$' output || [ $status -ne 0 ] || status=1
     dmesg >kernel
     if grep -qE 'BUG:|Oops|general protection' kernel; then

@@ -1,6 +1,6 @@
 #!/bin/busybox sh
-# The guest's first process. Makes the host's root file system, never written to, and a folder for results out of
-# two 9p shares, runs /out/command in there, leaves its exit status in /out/status and switches off.
+# The guest's first process. Mounts two 9p shares: the host's root file system, which is never written to, and a folder
+# for results. Runs /out/command in there, writes its exit status to /out/status and switches off.
 export PATH=/bin
 /bin/busybox --install -s /bin
 
@@ -35,7 +35,7 @@ mount -t tmpfs shm /root/dev/shm
 mount -t tmpfs -o mode=755 run /root/run
 mkdir -p /root/run/out /root/run/lock
 mount -o bind /out /root/run/out
-# The modules lie in the project's build folder; the host may well have others, or none, in their place.
+# The modules lie in the project's build folder; the host's own, if any, are of another kernel.
 modules=$(sed -n 's/.*zel\.modules=\([^ ]*\).*/\1/p' /proc/cmdline)
 mount -o bind "/root$modules" /root/lib/modules || finish "no modules"
 ip link set lo up

@@ -1,5 +1,5 @@
-// The main of the programs that run inside the guest: the product's own choice between libusb and the
-// kernel's driver.
+// The main of the programs that run inside the guest. They choose between libusb and the kernel's driver as
+// the product does.
 #include <gtest/gtest.h>
 
 #include "kernel/product_registry.h"

@@ -13,10 +13,10 @@ namespace guest {
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-/// Asks `condition` again and again until it holds or `limit` is over. Whether it held.
+/// Polls `condition` until it holds or `limit` is over. Whether it held.
 [[nodiscard]] bool waitUntil(const std::function<bool()> &condition, milliseconds limit);
 
-/// The same, but throws std::runtime_error with `what` when it did not come to hold.
+/// The same, but throws std::runtime_error with `what` where it did not.
 void requireSoon(const std::string &what, const std::function<bool()> &condition,
                  milliseconds limit = seconds(20));
 
@@ -28,7 +28,7 @@ class Background {
     /// Starts it; both output streams go into the file `output`.
     Background(const std::vector<std::string> &command, std::string output,
                const Environment &environment = {});
-    /// Asks it to end, and kills it when it does not.
+    /// Sends SIGTERM, and kills it when it does not end.
     ~Background();
     Background(const Background &) = delete;
     Background &operator=(const Background &) = delete;
@@ -48,7 +48,7 @@ class Background {
     std::string output_;
 };
 
-/// Runs a command to its end. Throws unless it answers 0 within `limit`. What it wrote.
+/// Runs a command to its end and returns what it wrote. Throws unless it ends with 0 within `limit`.
 std::string run(const std::vector<std::string> &command, milliseconds limit = seconds(30));
 
 [[nodiscard]] std::string readFile(const std::string &path);

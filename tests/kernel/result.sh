@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Stands in for a test program on this machine: result.sh FOLDER PROGRAM [ARGUMENT...] answers for one case what the
-# program answered in the guest, where guest.sh left it under FOLDER. Anything but one case is the program's business.
+# CTest runs this in place of a test program: result.sh FOLDER PROGRAM [ARGUMENT...]. For one case it repeats the output
+# and the exit status that guest.sh left under FOLDER; everything else, such as the list of cases, the program does.
 set -euo pipefail
 folder=$1
 shift

@@ -16,8 +16,7 @@ using ::testing::ExitedWithCode;
 constexpr int kNobodyMoves = 0;
 constexpr int kSomethingMoved = 1;
 
-/// In a child process: an ordinary user tries all of it. Two calls and more, so that a line which comes at
-/// every call is seen.
+/// In a child process, as an ordinary user. Several calls, so that a line printed at every call is seen.
 [[noreturn]] void tryAsOrdinaryUser() {
     if (::setgroups(0, nullptr) != 0 || ::setresgid(65534, 65534, 65534) != 0 ||
         ::setresuid(65534, 65534, 65534) != 0)
@@ -28,7 +27,7 @@ constexpr int kSomethingMoved = 1;
     std::_Exit(!moved && position == kUnreadablePosition ? kNobodyMoves : kSomethingMoved);
 }
 
-/// How often `text` stands in what was written.
+/// `text` stands so many times in what was written.
 MATCHER_P2(Says, text, times, "") {
     int found = 0;
     const std::string written = arg;
@@ -51,7 +50,7 @@ TEST_P(WithoutRights, NothingMovesAndTheFileThatIsClosedIsNamedOnce) {
     EXPECT_EXIT(tryAsOrdinaryUser(), ExitedWithCode(kNobodyMoves), Says(file, 1));
     EXPECT_TRUE(camera.transfers().empty());
 
-    // The same user, let in.
+    // The same user, with rights.
     ASSERT_EQ(::chmod(file.c_str(), 0666), 0);
     EXPECT_EXIT(tryAsOrdinaryUser(), ExitedWithCode(kSomethingMoved), Says(file, 0));
     EXPECT_FALSE(camera.transfers("SET_CUR", kPanTilt).empty());

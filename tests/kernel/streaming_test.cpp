@@ -48,7 +48,7 @@ class Viewer {
     Background program_;
 };
 
-/// The node as a file: another one of the same name would have another time of creation.
+/// Tells the node from a later one of the same name, which has another change time.
 std::pair<ino_t, long> identity(const std::string &node) {
     struct stat status {};
     EXPECT_EQ(::stat(node.c_str(), &status), 0) << node;
@@ -111,7 +111,7 @@ TEST(Streaming, UnpluggedInTheMiddleOfItAndPluggedInAgain) {
     viewer.waitForFrames(5);
 
     camera.pullOutWithoutWaiting();
-    // The first calls may still see a camera that is only just leaving.
+    // The first calls may still see the camera.
     requireSoon(
         "a refusal", [] { return !setPanTiltPosition(3600, 3600); }, seconds(5));
     camera.waitUntilGone();
@@ -131,7 +131,7 @@ TEST(Streaming, ANodeThatComesBackUnderAnotherNumberIsFound) {
     VirtualCamera camera;
     camera.plugIn();
     const std::string first = captureNode(camerasOnBus().at(0)).value();
-    // Who still holds the dead node keeps its number from being given again.
+    // While the viewer holds the dead node, its number is not given again.
     Viewer viewer(first, 100000);
     viewer.waitForFrames(1);
     viewer.program().signal(SIGSTOP);

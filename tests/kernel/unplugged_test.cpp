@@ -8,7 +8,7 @@
 namespace guest {
 namespace {
 
-/// Two requests of two seconds, and some for the emulated machine.
+/// Two requests of two seconds each, and two seconds more for the emulated machine.
 constexpr auto kSoon = seconds(6);
 
 class Unplugged : public EachWay {};
@@ -33,7 +33,7 @@ TEST_P(Unplugged, BetweenEnumerationAndSet) {
 
     camera.plugIn();
     camera.forget();
-    // What was found before the cable came out is of no use any more, but does no harm either.
+    // A control found before the cable came out is useless now, but does no harm.
     std::ignore = control->writeFromCurrentValue();
     EXPECT_TRUE(setPanTiltPosition(72000, -3600));
     EXPECT_EQ(getPanTiltPosition(), "72000,-3600");

@@ -94,7 +94,7 @@ void loadDriver() {
 }
 
 void unloadDriver() {
-    // Who has just closed a node may hold the module a moment longer.
+    // A program that has just closed a node may hold the module a moment longer.
     requireSoon("uvcvideo to go", [] {
         Background command({"modprobe", "-r", "uvcvideo"}, "command.txt");
         return command.waitForEnd(seconds(20)) == 0;

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-/// What the running kernel says about the cameras on its USB buses, and its driver for them.
+/// What the running kernel says about the cameras on its USB buses, and the commands for its camera driver.
 namespace guest {
 
 /// The sysfs names ("1-1") of the configured cameras of the supported model, by bus and port.
@@ -21,7 +21,7 @@ namespace guest {
 
 void loadDriver();
 void unloadDriver();
-/// Takes the camera away from uvcvideo, or gives it back, and waits until it is so.
+/// Takes the camera away from uvcvideo, or gives it back; waits until that is done.
 void unbindDriver(const std::string &camera);
 void bindDriver(const std::string &camera);
 

@@ -28,12 +28,12 @@ bool isDriverLoaded() {
     return std::filesystem::exists("/sys/module/uvcvideo");
 }
 
-/// Waits until udev has told everybody what has come and gone.
+/// Waits until udev has announced what has come and gone.
 void settle() {
     run({"udevadm", "settle", "--timeout=20"});
 }
 
-/// A class request's line; nothing for any other.
+/// The transfer of a log line; nothing unless it is a class request to a unit.
 std::optional<LoggedTransfer> parse(const std::string &line) {
     LoggedTransfer transfer;
     transfer.line = line;
@@ -71,8 +71,8 @@ void VirtualCamera::plugIn(const std::string &name) {
     run({"usbip", "attach", "-r", "127.0.0.1", "-b", name});
     requireSoon("camera " + name + " on the bus", [&] { return camerasOnBus().size() > before; });
 
-    // Nobody tells when the drivers have finished. With uvcvideo there is a node in the end, or a driver that
-    // has given up and asks no more; a camera may take a second for an answer.
+    // Nothing announces that the drivers have finished. With uvcvideo there is a node in the end, or the
+    // driver gives up and asks no more. A camera may take a second for an answer.
     const milliseconds quiet = isDriverLoaded() ? milliseconds(2500) : milliseconds(300);
     std::size_t seen = 0;
     auto lastLine = std::chrono::steady_clock::now();

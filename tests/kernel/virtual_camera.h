@@ -20,7 +20,7 @@ struct LoggedTransfer {
     std::string outcome;
 };
 
-/// A server of virtual cameras on loopback, and the cables between it and this kernel's USB ports.
+/// A server of virtual cameras on loopback, and their connections to this kernel's USB ports.
 class VirtualCamera {
  public:
     explicit VirtualCamera(const std::vector<std::string> &options = {});
@@ -30,17 +30,17 @@ class VirtualCamera {
 
     /// Attaches camera `name` of the server and waits until the kernel has finished with it.
     void plugIn(const std::string &name = "1-1");
-    /// All cables come out at once; waits until everybody has noticed unless told not to.
+    /// Pulls all cables at once. The second does not wait until the kernel has noticed.
     void pullOut();
     void pullOutWithoutWaiting() const { server_.signal(SIGUSR1); }
     static void waitUntilGone();
-    /// The process is gone without a word, as a camera whose power supply dies.
+    /// Kills the process, as when a camera's power supply dies.
     void die() const { server_.signal(SIGKILL); }
 
-    /// For a shell that pulls the cable (SIGUSR1) while the test is inside a call.
+    /// For a shell that pulls the cables by SIGUSR1 while the test is inside a call.
     [[nodiscard]] std::string processId() const { return std::to_string(server_.id()); }
 
-    /// From here on, log() begins anew.
+    /// lines() begins anew from here on.
     void forget();
     /// The lines since then.
     [[nodiscard]] std::vector<std::string> lines() const;
@@ -51,7 +51,7 @@ class VirtualCamera {
                                                         const std::string &selector) const;
     /// How many lines are `camera event...`.
     [[nodiscard]] int count(const std::string &event) const;
-    /// Prints transfers(), as evidence for who reads the test's output.
+    /// Prints transfers() into the test's output.
     void show(const std::string &title) const;
 
  private:
