@@ -38,7 +38,10 @@ run_case() {
         status=1
     fi
     echo $status >status
-    echo "$([ $status -eq 0 ] && echo passed || echo "FAILED") $2 ($((SECONDS - start)) s)"
+    local verdict=passed
+    grep -q '^\[  SKIPPED \]' output && verdict=skipped
+    [ $status -eq 0 ] || verdict=FAILED
+    echo "$verdict $2 ($((SECONDS - start)) s)"
 }
 
 for program in "$@"; do
