@@ -70,9 +70,7 @@ const FaultRow kFaults[] = {
     {"get-max", kNoControls, kNoRange},
     {"get-res", kNoControls, kNoStep},
     {"get-def", kNoControls, kNoDefault},
-    // Pan and tilt are halves of one control, which the driver reads before it writes one of them. The zoom
-    // is
-    // a whole one.
+    // Pan and tilt are halves of one control, which the driver reads before it writes. The zoom is whole.
     {"get-cur",
      {false, true, kUnreadablePosition, kUnreadablePosition, kPanTiltRange, kZoomRange},
      {true, true, kUnreadablePosition, kUnreadablePosition, kPanTiltRange, kZoomRange}},
