@@ -22,18 +22,14 @@ bool hasVideoControl(const usb::Device &device) {
 
 Examination::Examination(std::shared_ptr<const usb::DeviceRegistry> registry, AccessInspector inspector)
     : registry_(std::move(registry)), inspector_(std::move(inspector)) {
-    steps_.push_back([this] { lookAtBus(); });
-    steps_.push_back([this] { facts_.store = scenes::checkStore(); });
+    steps_.addLast([this] { lookAtBus(); });
+    steps_.addLast([this] { facts_.store = scenes::checkStore(); });
 }
 
 Examination::~Examination() = default;
 
 bool Examination::step() {
-    if (steps_.empty()) return false;
-    const auto next = std::move(steps_.front());
-    steps_.pop_front();
-    next();
-    return !steps_.empty();
+    return steps_.run();
 }
 
 void Examination::lookAtBus() {
@@ -64,9 +60,9 @@ void Examination::lookAtBus() {
     }
     if (!camera_) return;
 
-    steps_.push_front([this] { planControl(facts_.zoom, UVCTerminalControlZoomAbsolute); });
-    steps_.push_front([this] { planControl(facts_.panTilt, UVCTerminalControlPanTiltAbsolute); });
-    steps_.push_front([this] { facts_.access = inspector_(camera_->locationId()); });
+    steps_.addFirst([this] { planControl(facts_.zoom, UVCTerminalControlZoomAbsolute); });
+    steps_.addFirst([this] { planControl(facts_.panTilt, UVCTerminalControlPanTiltAbsolute); });
+    steps_.addFirst([this] { facts_.access = inspector_(camera_->locationId()); });
 }
 
 void Examination::planControl(ControlFacts &facts, const char *name) {
@@ -74,10 +70,10 @@ void Examination::planControl(ControlFacts &facts, const char *name) {
     if (!facts.isOffered) return;
 
     const std::size_t row = UVCController::controlIndexForString(name);
-    steps_.push_front([this, &facts, row] { readValue(facts, row, &ControlFacts::standard); });
-    steps_.push_front([this, &facts, row] { readValue(facts, row, &ControlFacts::step); });
-    steps_.push_front([this, &facts, row] { readRange(facts, row); });
-    steps_.push_front([this, &facts, row] { readInfo(facts, row); });
+    steps_.addFirst([this, &facts, row] { readValue(facts, row, &ControlFacts::standard); });
+    steps_.addFirst([this, &facts, row] { readValue(facts, row, &ControlFacts::step); });
+    steps_.addFirst([this, &facts, row] { readRange(facts, row); });
+    steps_.addFirst([this, &facts, row] { readInfo(facts, row); });
     // First the request that is one transfer at most: a camera that takes too long for it is asked nothing
     // that may be several.
     readValue(facts, row, &ControlFacts::current);

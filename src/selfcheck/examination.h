@@ -1,11 +1,11 @@
 #pragma once
 
-#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
 
 #include "selfcheck/facts.h"
+#include "selfcheck/steps.h"
 #include "usb/usb.h"
 
 class UVCController;
@@ -50,7 +50,7 @@ class Examination {
     std::shared_ptr<const usb::DeviceRegistry> registry_;
     AccessInspector inspector_;
     Facts facts_;
-    std::deque<std::function<void()>> steps_;
+    Steps steps_;
     std::shared_ptr<const WatchedDevice> device_;  // the camera that is moved
     std::shared_ptr<UVCController> camera_;        // the same
 };

@@ -32,11 +32,11 @@ OrderTrial::OrderTrial(const std::shared_ptr<const usb::DeviceRegistry> &registr
         camera_ = UVCController::uvcControllerWithService(device_);
     }
     if (facts.panTilt.isOffered)
-        steps_.push_back([this, control = facts.panTilt] {
+        steps_.addLast([this, control = facts.panTilt] {
             facts_.panTilt = tryControl(UVCTerminalControlPanTiltAbsolute, control);
         });
     if (facts.zoom.isOffered)
-        steps_.push_back([this, control = facts.zoom] {
+        steps_.addLast([this, control = facts.zoom] {
             facts_.zoom = tryControl(UVCTerminalControlZoomAbsolute, control);
         });
 }
@@ -44,11 +44,7 @@ OrderTrial::OrderTrial(const std::shared_ptr<const usb::DeviceRegistry> &registr
 OrderTrial::~OrderTrial() = default;
 
 bool OrderTrial::step() {
-    if (steps_.empty()) return false;
-    const auto next = std::move(steps_.front());
-    steps_.pop_front();
-    next();
-    return !steps_.empty();
+    return steps_.run();
 }
 
 usb::Outcome OrderTrial::lastOutcome() const {

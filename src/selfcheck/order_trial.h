@@ -1,10 +1,9 @@
 #pragma once
 
-#include <deque>
-#include <functional>
 #include <memory>
 
 #include "selfcheck/facts.h"
+#include "selfcheck/steps.h"
 #include "usb/usb.h"
 
 class UVCController;
@@ -37,7 +36,7 @@ class OrderTrial {
     [[nodiscard]] usb::Outcome lastOutcome() const;
 
     TrialFacts facts_;
-    std::deque<std::function<void()>> steps_;
+    Steps steps_;
     std::shared_ptr<const WatchedDevice> device_;  // null when the camera is gone
     std::shared_ptr<UVCController> camera_;        // the same
 };
