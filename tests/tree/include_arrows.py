@@ -58,7 +58,7 @@ OUTSIDE = [
 # The window's state, what the buttons do and what a check finds are tested without widgets, and know none.
 WITHOUT_WIDGETS = re.compile(
     r"src/ui/(content_view|scene_actions|modal_prompts|observable)\.(h|cpp)"
-    r"|src/selfcheck/(\w*findings|examination|facts|report_text|watched_device)\.(h|cpp)"
+    r"|src/selfcheck/(\w*findings|examination|facts|report_text|order_trial|field_values|steps|watched_device)\.(h|cpp)"
 )
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
