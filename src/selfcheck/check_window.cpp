@@ -149,7 +149,8 @@ void CheckWindow::showReport() {
     checkedAt_ = QDateTime::currentDateTime().toString(QStringLiteral("dd/MM/yyyy HH:mm:ss"));
     setVerdict(report_.verdict);
     view_->show(report_.sections);
-    tryOrder_->setEnabled(facts_.moved && !facts_.givenUp);
+    const bool isMovable = facts_.panTilt.isOffered || facts_.zoom.isOffered;
+    tryOrder_->setEnabled(!facts_.givenUp && isMovable);
 }
 
 void CheckWindow::copyAsText() {
