@@ -16,8 +16,8 @@ namespace {
 
 constexpr std::chrono::seconds kLongestWait{1};
 
-/// Calls `next` once: when the system has the window drawn for the first time, or when that takes too long.
-/// A child of the window, which it watches.
+/// Calls `next` once: when the system first asks for the window to be drawn, or when that takes too long. The
+/// window that it watches owns it.
 class FirstExposure : public QObject {
  public:
     FirstExposure(QWindow &window, std::function<void()> next) : QObject(&window), next_(std::move(next)) {
@@ -26,7 +26,7 @@ class FirstExposure : public QObject {
     }
 
     bool eventFilter(QObject *watched, QEvent *event) override {
-        // The window draws itself when this event arrives; what comes behind that in the queue comes later.
+        // The window draws itself while it handles this event; the timer fires after that.
         if (event->type() == QEvent::Expose) QTimer::singleShot(0, this, [this] { finish(); });
         return QObject::eventFilter(watched, event);
     }

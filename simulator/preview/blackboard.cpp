@@ -9,8 +9,8 @@ namespace simulator::preview {
 
 namespace {
 
-/// Handwriting in strokes on a grid where capitals reach from 0 to 100. Drawn here because a font with a
-/// chalky hand is not to be had on every desktop.
+/// Handwriting in strokes on a grid where capitals reach from 0 to 100. Drawn here because not every desktop
+/// has a font that looks like chalk.
 struct Glyph {
     char letter;
     double advance;

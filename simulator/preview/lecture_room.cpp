@@ -35,7 +35,7 @@ void paintLectureRoom(QPainter &painter, const QRect &picture, const Pose &pose,
     painter.save();
     painter.setClipRect(picture, Qt::IntersectClip);
     painter.setRenderHint(QPainter::Antialiasing);
-    // Smooth edges of two walls leave a little of what lies beneath along their seam: let it be a shadow.
+    // Antialiasing lets the background through along the seam of two walls: a dark one looks like a shadow.
     painter.fillRect(picture, QColor(0xA8, 0x8C, 0x6A));
     const Lens lens(painter, picture, pose.pan / kRawPerDegree, pose.tilt / kRawPerDegree,
                     magnification(pose.zoom, maximumZoom));

@@ -114,7 +114,7 @@ class PreviewPicture : public QWidget {
         presentAs(QAccessible::Graphic, *this, u"Imagen de la cámara simulada"_s);
     }
 
-    /// Nothing: no camera.
+    /// Without a value: no camera.
     void setPose(const std::optional<Pose> &pose) {
         pose_ = pose;
         update();
@@ -167,7 +167,7 @@ class ReachDial : public QWidget {
             const double halfField =
                 std::atan(std::tan(std::numbers::pi / 6) / magnification(pose_->zoom, maximumZoom_)) * 180 /
                 std::numbers::pi;
-            // Never so thin that the eye loses it.
+            // Never too thin to see.
             const double half = std::max(halfField, 5.0);
             painter.setPen(Qt::NoPen);
             painter.setBrush(QColor(kAccentColour));
@@ -209,7 +209,7 @@ PreviewWindow::PreviewWindow(std::shared_ptr<CameraModel> camera, QWidget *paren
     layout->setSpacing(0);
     layout->addWidget(picture_, 1);
     layout->addWidget(bar);
-    // The picture fills its part exactly.
+    // So that the picture fills its part, without bars.
     const int width = std::max(640, layout->minimumSize().width());
     resize(width, width * 9 / 16 + kBarHeight);
 

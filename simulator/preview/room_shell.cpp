@@ -88,7 +88,7 @@ void drawCeiling(const Lens &lens) {
     for (const double x : {2400.0, 4800.0, 7200.0, 9600.0})
         for (const double y : {1750.0, 5350.0, 8950.0, 12550.0}) drawLamp(ceiling, {x, y});
 
-    // A smoke detector and an air outlet give the view straight up something to hold on to.
+    // A smoke detector and an air outlet, so that the view straight up is not blank.
     static const Artwork fittings{
         {qRgba(90, 76, 52, 40), 0, "E 6010 8420 130 130"},
         {qRgb(0xFB, 0xF8, 0xF0), 0, "E 6000 8400 120 120"},

@@ -7,8 +7,8 @@
 class ContentView;
 class MainWindow;
 
-/// Receives what the platform and the menu have to say. Builds the view and the one window when launching has
-/// finished; both then stay for the life of the process. Lives on the user-interface thread.
+/// Receives the platform's notices and the menu's commands. Builds the view and the one window when launching
+/// has finished; both then stay for the life of the process. Lives on the user-interface thread.
 class AppDelegate {
  public:
     /// Loads the store, sends the camera to the first scene, and shows the window. Called once.

@@ -45,7 +45,7 @@ MainMenu::MainMenu(AppDelegate &delegate) {
     QAction *quit = file.addAction(QStringLiteral("&Salir"));
     quit->setObjectName(QStringLiteral("Quit"));
     QList<QKeySequence> quitKeys = QKeySequence::keyBindings(QKeySequence::Quit);
-    // Some platforms name no key. The same key twice would be ambiguous and do nothing.
+    // Ours only where the platform has none: a key that is listed twice is ambiguous and does nothing.
     if (quitKeys.isEmpty()) quitKeys.append(QKeySequence(Qt::CTRL | Qt::Key_Q));
     quit->setShortcuts(quitKeys);
     QObject::connect(quit, &QAction::triggered, &file, [] { QApplication::quit(); });

@@ -11,7 +11,7 @@
 
 namespace {
 
-// What is asked for; the limits of the content win.
+// Asked for at the first start; the content's limits win.
 constexpr QSize kContentSize(480, 300);
 
 }  // namespace

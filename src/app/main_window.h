@@ -18,7 +18,8 @@ class MainWindow : public QMainWindow {
     explicit MainWindow(AppDelegate &delegate);
 
     void centre();
-    /// Goes where the window was when it was last used, if that is on a screen.
+    /// Takes the size of the last use and, where the system lets programs place windows and that place is on
+    /// a screen, the place.
     void restoreFrame();
     /// Shows `view`, which must outlive the window, as the window's content.
     void setContent(ContentView &view);

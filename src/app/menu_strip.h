@@ -11,7 +11,7 @@ class MenuStrip : public QWidget {
  public:
     explicit MenuStrip(const MainMenu &menu);
 
-    /// Shows the strip with its top left corner at `position` on the screen.
+    /// Shows the strip, with its top left corner at `position` where the system lets programs place windows.
     void showAt(QPoint position);
 
  protected:

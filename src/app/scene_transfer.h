@@ -12,8 +12,8 @@ using CommandRunner = std::function<std::int32_t(const std::string &commandLine)
 /// folder or a file name with a blank or a shell character breaks the command, and that is known and wanted.
 
 /// Asks where to, and packs the store there as a zip archive with ".prs" behind the chosen name. Returns at
-/// once and keeps `run`; the rest happens when the user has answered the panel. Nothing is shown on success or
-/// failure.
+/// once and keeps `run`; the rest happens when the user has answered the panel. Nothing is shown on success
+/// or failure.
 void exportPresets(CommandRunner run);
 
 /// Asks which ".prs" file, and unpacks it beneath the store's folder. An exported archive holds the store

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::int64_t kNothingSelected = -1;
 
-/// Lies outside every list of centres, so that the write of 0 behind it is a change to whoever watches.
+/// Written before 0, so that 0 is a change to every observer.
 constexpr std::int64_t kNoCentreSelected = 500;
 
 bool isIndexOf(const std::vector<std::string> &list, std::int64_t index) {

@@ -39,7 +39,8 @@ QHBoxLayout *makeCentredRow(std::initializer_list<QWidget *> items) {
     return row;
 }
 
-/// The words of one row, and those that tell its parts from the other rows' where only the eye could.
+/// The words of one row. Its buttons read like those of the other rows; their accessible names tell them
+/// apart.
 struct RowWords {
     QString label;
     QString objectName;
@@ -206,8 +207,8 @@ QWidget *ContentWidget::makeRightColumn() {
 }
 
 void ContentWidget::connectRows() {
-    // Each hook ends with a redraw of its own: the next key or click may be waiting already, from while the
-    // camera kept us busy, and must not meet lists and buttons of a selection that is gone.
+    // Each hook redraws before it returns. A key or click that came while the camera kept us busy is waiting
+    // by now, and must not meet the lists and buttons of the old selection.
     centre_.picker->onChosen([this](int index) {
         view_.selectedGrupo = index;
         view_.actualizarSubgrupos();

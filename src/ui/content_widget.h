@@ -8,8 +8,8 @@ class Picker;
 class QPushButton;
 
 /// Draws a ContentView: logos and nudge buttons on the left, the three pickers with their add and delete
-/// buttons on the right. 600 to 800 wide, exactly 200 high: a desktop font too large for that gives way.
-/// However many fields a refresh writes, it redraws once.
+/// buttons on the right. 600 to 800 wide, exactly 200 high: where the desktop's font is too large for
+/// that, a smaller one is used. However many fields a refresh writes, it redraws once.
 class ContentWidget : public QWidget {
  public:
     static constexpr int kMinimumWidth = 600;

@@ -4,8 +4,8 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
-// Resources of a static library are dropped by the linker unless somebody asks for them; outside any
-// namespace.
+// The linker drops a static library's resources unless somebody asks for them. The macro must stand outside
+// any namespace.
 static void initAssets() {
     Q_INIT_RESOURCE(assets);
 }

@@ -5,7 +5,7 @@
 #include <vector>
 
 /// One field of a window's state. Observers are told of every write, also of one that leaves the value as it
-/// was, in the order in which they subscribed. Observers must live as long as the field.
+/// was, in the order in which they subscribed. Nothing may be written once an observer is gone.
 template <typename Value>
 class Observable {
  public:

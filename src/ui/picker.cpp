@@ -36,7 +36,7 @@ void showTooltip(QPoint globalPosition, const QString &name, bool isCut, QWidget
 }  // namespace
 
 Picker::Picker(QWidget *parent) : QComboBox(parent) {
-    // A few hundred rooms open at once when the popup need not measure each of them.
+    // Every entry as high as the first: hundreds of rooms are laid out at once.
     auto *list = new QListView(this);
     list->setUniformItemSizes(true);
     list->setTextElideMode(Qt::ElideMiddle);

@@ -29,7 +29,7 @@ const std::string &selectedRoom(const ContentView &view) {
     return elementAt(ListaSubgrupos, view.selectedSubgrupo);
 }
 
-/// The scenes, in the tree, of the room that is selected.
+/// The selected room's scenes in the tree.
 std::vector<ManualPreset> &selectedScenes(const ContentView &view) {
     return valueFor(valueFor(Gruposss, selectedCentre(view)), selectedRoom(view));
 }

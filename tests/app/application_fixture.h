@@ -22,11 +22,11 @@
 
 using support::scene;
 
-/// The whole application on a simulated camera, a temporary Documents folder and prepared answers: what a
-/// person would click is clicked, and then the camera is asked where it points and the disk what it holds.
+/// The whole application on a simulated camera, a temporary Documents folder and prepared answers. Tests
+/// click what a person would, then ask the camera where it points and the disk what it holds.
 class ApplicationTest : public testing::Test, protected support::WindowUser {
  protected:
-    /// File panels that answer at once with what was prepared; nothing prepared: cancelled.
+    /// File panels that answer at once with what was prepared; cancelled where nothing was.
     struct AnsweredPanels : platform::FilePanels {
         void beginSavePanel(const std::string &name, const std::optional<std::string> &folder,
                             std::function<void(std::string)> chosen) override {
