@@ -3,11 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QAbstractButton>
 #include <QAccessible>
 #include <QLabel>
 #include <QStyleOptionButton>
-#include <set>
 
 #include "store_fixture.h"
 #include "support/window_user.h"
@@ -288,27 +286,6 @@ TEST_P(ContentWidgetFont, CutsNothingOffAndCoversNothing) {
                 EXPECT_FALSE(area(one).intersects(area(other)))
                     << one->accessibleName().toStdString() << "/" << other->accessibleName().toStdString();
             }
-}
-
-TEST_F(ContentWidgetTest, EveryControlHasItsOwnSpokenNameAndPickersTheirLabels) {
-    start();
-    std::set<QString> names;
-    for (const auto *control : widget_->findChildren<QWidget *>())
-        if (control->focusPolicy() != Qt::NoFocus && !control->objectName().isEmpty() &&
-            control->isVisible()) {
-            EXPECT_FALSE(control->accessibleDescription().isEmpty()) << control->objectName().toStdString();
-        }
-    for (const auto *button : widget_->findChildren<QAbstractButton *>())
-        EXPECT_TRUE(names.insert(button->accessibleName()).second) << button->objectName().toStdString();
-    for (const auto *box : widget_->findChildren<QComboBox *>())
-        EXPECT_TRUE(names.insert(box->accessibleName()).second) << box->objectName().toStdString();
-    EXPECT_EQ(names.size(), 15u);
-    EXPECT_FALSE(names.contains(QString()));
-
-    QStringList labels;
-    for (const auto *label : widget_->findChildren<QLabel *>())
-        if (label->buddy()) labels.append(label->text() + u'>' + label->buddy()->objectName());
-    EXPECT_EQ(labels, QStringList({"Centro>pickerCentro", "Aula/Espacio>pickerAula", "Escena>pickerEscena"}));
 }
 
 TEST_F(ContentWidgetTest, TabFollowsTheEye) {
