@@ -40,7 +40,7 @@ class FoldersInside : public platform::UserFolders {
     QDir base_;
 };
 
-/// Each folder has a store of its own, and so may have a copy of the program of its own.
+/// One copy per folder: each has a store of its own.
 QString nameOfCopyIn(const QDir &folder) {
     folder.mkpath(QStringLiteral("."));
     const QByteArray place = QFile::encodeName(folder.canonicalPath());

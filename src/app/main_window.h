@@ -24,7 +24,7 @@ class MainWindow : public QMainWindow {
     /// Shows `view`, which must outlive the window, as the window's content.
     void setContent(ContentView &view);
     void makeKeyAndOrderFront();
-    /// What of the two is on the screen: this window or, once it has been closed, the strip.
+    /// What the user sees: this window or, once it has been closed, the strip.
     [[nodiscard]] QWidget *onScreen();
 
  protected:

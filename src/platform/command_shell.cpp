@@ -41,7 +41,7 @@ class WaitableChildren {
     bool changed_ = false;
 };
 
-/// What a child starts with. It dies of SIGPIPE as usual, though this program ignores that signal.
+/// Gives a child the default action of SIGPIPE back, which this program ignores.
 class SpawnAttributes {
  public:
     SpawnAttributes() {

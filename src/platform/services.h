@@ -50,7 +50,7 @@ class FilePanels {
     virtual ~FilePanels() = default;
     /// Shows a save panel that starts in `folder`, where that is given, with `name` preset in its name field,
     /// and returns at once. `chosen` is called with the path that the user chose, and not at all when the
-    /// panel was cancelled. A panel that is still open comes to the front instead, as the user left it.
+    /// panel was cancelled. While one is open, it comes to the front instead, as the user left it.
     virtual void beginSavePanel(const std::string &name, const std::optional<std::string> &folder,
                                 std::function<void(std::string)> chosen) = 0;
     /// Runs a panel that opens one existing file, starting in `folder` where that is given. Nothing when it

@@ -1,4 +1,4 @@
-// The real alerts, answered the way a person does.
+// The real alerts, answered as a person does.
 #include "platform/qt/qt_alerts.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +12,6 @@
 #include <QTimer>
 
 #include <functional>
-#include <memory>
 #include <stdexcept>
 #include <string>
 

@@ -26,8 +26,7 @@ constexpr int kIconSize = 48;
 constexpr double kInformativeFontScale = 0.92;
 constexpr qsizetype kLongestWord = 40;
 
-/// A word without a blank that is wider than the text column has no place to break; zero-width spaces give it
-/// some.
+/// A word that is wider than the text column has no place to break; zero-width spaces give it some.
 QString breakable(const QString &text) {
     QString result;
     qsizetype run = 0;
@@ -77,8 +76,7 @@ AlertDialog::AlertDialog(const Alert &alert, const QString &defaultTitle, QWidge
     setObjectName(QStringLiteral("alert"));
     setWindowTitle(alert.windowTitle ? QString::fromStdString(*alert.windowTitle) : defaultTitle);
     setWindowModality(Qt::ApplicationModal);
-    // Above the save panel, which stays on top too: an alert under it would freeze the program for no visible
-    // reason.
+    // The save panel stays on top too: under it an alert would freeze the program for no visible reason.
     setWindowFlag(Qt::WindowStaysOnTopHint);
     // At start-up an alert can be the only window; closing it must not end the application.
     setAttribute(Qt::WA_QuitOnClose, false);

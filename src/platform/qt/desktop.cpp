@@ -42,9 +42,9 @@ void startDesktop(QApplication &application, const char *title) {
     initAppIcon();
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/AppIcon.svg")));
     speakSpanish(application);
-    // A reader of the diagnostic lines that goes away must not end the program before a scene is saved.
+    // Whoever reads the standard output may go away. The next printed line must not end the program.
     std::signal(SIGPIPE, SIG_IGN);
-    // Diagnostic lines come when they happen, also into a file, and in the order of those of the children.
+    // Diagnostic lines are written at once, into a file too, and so in order with those of the children.
     std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
 
     installServices({.alerts = std::make_shared<QtAlerts>(title),

@@ -15,7 +15,7 @@ namespace platform {
 /// nothing.
 class QtAlerts final : public Alerts {
  public:
-    /// `defaultTitle`: title of the window of an alert that brings none.
+    /// `defaultTitle`: window title of alerts without one.
     explicit QtAlerts(std::string defaultTitle = {}) : defaultTitle_(std::move(defaultTitle)) {}
 
     [[nodiscard]] AlertAnswer run(const Alert &alert) override;

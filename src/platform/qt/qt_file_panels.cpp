@@ -40,7 +40,7 @@ void prepare(QFileDialog &panel, const QString &acceptLabel) {
     if (auto *split = panel.findChild<QSplitter *>(QStringLiteral("splitter"))) split->setSizes(kSplit);
     panel.resize(kPanelSize);
     panel.setAttribute(Qt::WA_QuitOnClose, false);
-    // Both panels: one that opened under the other would freeze the program for no visible reason.
+    // Both panels: under the save panel a modal one would freeze the program for no visible reason.
     panel.setWindowFlag(Qt::WindowStaysOnTopHint);
 }
 

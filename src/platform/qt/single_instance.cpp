@@ -92,7 +92,7 @@ std::unique_ptr<SingleInstance> SingleInstance::claim(const QString &name,
 SingleInstance::Lock SingleInstance::lock() {
     // The kernel drops this lock with the process. The file stays, and means nothing.
     if (flock(lockFile_.handle(), LOCK_EX | LOCK_NB) == 0) {
-        // Whoever tidies up run-time files leaves those alone that have the sticky bit.
+        // Programs that tidy up run-time files leave those with the sticky bit alone.
         fchmod(lockFile_.handle(), S_IRUSR | S_IWUSR | S_ISVTX);
         return Lock::ours;
     }
@@ -103,7 +103,7 @@ SingleInstance::Lock SingleInstance::lock() {
 
 void SingleInstance::listen(const QString &socket) {
     connect(&server_, &QLocalServer::newConnection, this, &SingleInstance::answer);
-    QLocalServer::removeServer(socket);  // of a killed copy: while we hold the lock no other one is alive
+    QLocalServer::removeServer(socket);  // left by a killed copy: we hold the lock
     if (!server_.listen(socket))
         std::fprintf(stderr, "WARNING: a second start cannot show this one's window: %s\n",
                      qPrintable(server_.errorString()));

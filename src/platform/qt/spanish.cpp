@@ -27,7 +27,7 @@ struct Text {
     const char *spanish;
 };
 
-// Texts of Qt's file panels that its Spanish translation leaves out, or words unlike the rest.
+// Texts of Qt's file panels that its Spanish translation lacks or words differently.
 constexpr std::array kMissing{
     Text{"QAbstractFileIconProvider", "Drive", "Unidad"},
     Text{"QAbstractFileIconProvider", "Folder", "Carpeta"},

@@ -18,7 +18,7 @@ namespace {
 constexpr int kSaveDelayMs = 200;
 // No desktop is larger; also keeps the rectangle arithmetic away from overflow.
 constexpr int kLargestCoordinate = 100'000;
-// The part of the title bar that must be on a screen for a hand to take hold of it, in logical pixels.
+// How much of the title bar must be on a screen, so that the window can be dragged. Logical pixels.
 constexpr int kTitleBarHeight = 24;
 constexpr QSize kGrip{48, 12};
 

@@ -13,12 +13,12 @@ namespace platform {
 /// allows.
 void bringToFront(QWidget &window);
 
-/// Shows the application-modal `dialog` in front and runs it until it is answered. Its parent, a window behind
-/// it, must outlive it; a person cannot close that one meanwhile.
+/// Shows the application-modal `dialog` in front and runs it until it is answered. Its parent must
+/// outlive it; the user cannot close that window meanwhile.
 void runInFront(QDialog &dialog);
 
-/// Brings the whole program to the front: `window`, if there is one, and above it the alert or panel that is
-/// waiting for an answer, if there is one, which then gets the focus.
+/// Brings the program to the front: `window` (may be null) and above it the modal alert or panel that is
+/// open, which then gets the focus.
 void bringProgramToFront(QWidget *window);
 
 }  // namespace platform
