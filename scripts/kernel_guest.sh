@@ -89,6 +89,12 @@ mkdir -p "$out"
 out=$(realpath "$out")
 [ "$out" != / ] && find "$out" -mindepth 1 -delete
 make_initramfs "$out/initramfs"
+# Other people's devices: they are on the bus from `modprobe xhci-pci` on.
+foreign=()
+for controller in 1 2; do
+    foreign+=(-device "qemu-xhci,id=usb$controller,p2=12,p3=1")
+    for port in {1..12}; do foreign+=(-device "usb-mouse,bus=usb$controller.0,port=$port"); done
+done
 printf 'export PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 HOME=/root SYSTEMD_IGNORE_CHROOT=1\ncd %q\n%s\n' \
     "$PWD" "$(printf '%q ' "$@")" >"$out/command"
 
@@ -99,6 +105,7 @@ timeout --kill-after=10 "$limit" qemu-system-x86_64 -nodefaults -no-user-config 
     -fsdev local,id=host,path=/,security_model=none,readonly=on,multidevs=remap \
     -device virtio-9p-pci,fsdev=host,mount_tag=host \
     -fsdev local,id=out,path="$out",security_model=none,multidevs=remap -device virtio-9p-pci,fsdev=out,mount_tag=out \
+    "${foreign[@]}" \
     -kernel "$(echo "$kernel"/boot/vmlinuz-*)" -initrd "$out/initramfs" \
     -append "console=ttyS0 quiet loglevel=2 panic=-1 mitigations=off zel.modules=$kernel/lib/modules" \
     </dev/null | sed -u 's/\r//g' | tee "$out/console" || status=${PIPESTATUS[0]}

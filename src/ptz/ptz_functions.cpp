@@ -13,10 +13,14 @@
 
 namespace {
 
-/// The last supported camera of the list; null when there is none.
+/// The last supported camera of the list, held open until the caller lets go of it; null when there is none.
 std::shared_ptr<UVCController> chooseCamera() {
-    const auto controllers = UVCController::uvcControllers();
-    return controllers ? ptz::supportedCamera(*controllers) : nullptr;
+    const auto controllers = UVCController::uvcControllersWithVendorId(ptz::kVendorId, ptz::kProductId);
+    auto camera = controllers ? ptz::supportedCamera(*controllers) : nullptr;
+    // One claim for the six requests of an order: each that the kernel grants costs as much as a request. If
+    // it is not granted, the requests fail each by itself.
+    if (camera) camera->setIsInterfaceOpen(true);
+    return camera;
 }
 
 std::shared_ptr<UVCControl> controlOf(UVCController &camera, const char *name) {

@@ -48,11 +48,11 @@ enum class Outcome {
     failed,        ///< anything else, a short answer included
 };
 
-/// Longest time, in milliseconds, that one control transfer of ours may take before it ends as
+/// Longest time, in milliseconds, that one control transfer through libusb may take before it ends as
 /// Outcome::timedOut. Long enough for a slow motor controller, short enough that a dead camera does not
-/// freeze the window. Where the kernel's camera driver carries the requests, the waiting is the driver's: 5 s
-/// for each transfer, of which a request may need several; a camera that says "not ready" is asked again
-/// until this time is over.
+/// freeze the window for long. The kernel's camera driver allows 5 s for each of its transfers, and a request
+/// may need several: its first use of a control reads the four limits as well. A camera that says "not
+/// ready" there is asked again until this time is over.
 inline constexpr unsigned kRequestTimeout = 2000;
 
 /// The VideoControl interface of one device: the first interface of class 14, subclass 1, any protocol, any
@@ -68,22 +68,24 @@ class VideoControl {
     /// them: untrusted, possibly empty. The bytes live as long as this object.
     [[nodiscard]] virtual std::span<const std::uint8_t> classDescriptors() const = 0;
 
-    /// Opens the interface for requests. Opening an open interface is done at once.
+    /// Opens the interface for requests. Opening an open interface is done at once. A device that has gone
+    /// may be noticed by the next request only.
     [[nodiscard]] virtual Outcome open() = 0;
 
-    /// Gives the interface back. Closing a closed interface, or that of a device that is gone, is done
-    /// at once.
+    /// Gives the interface back to others. Closing a closed interface, or that of a device that is gone, is
+    /// done at once. Files that exclude nobody may stay open until this object is destroyed.
     [[nodiscard]] virtual Outcome close() = 0;
 
     /// Performs one control transfer on pipe 0, or has the kernel's camera driver perform what comes to the
-    /// same, and waits for it: at most kRequestTimeout where the transfer is ours, as long as the driver's
-    /// own transfers last where it is not. The interface must be open, or nothing is sent (Outcome::failed).
+    /// same, and waits for it (see kRequestTimeout). The interface must be open, or nothing is sent
+    /// (Outcome::failed).
     /// `data` is in wire order and its size is `setup.length`; it is sent (bit 7 of requestType clear) or
     /// filled (set). On anything but Outcome::done the contents of `data` are unspecified.
     [[nodiscard]] virtual Outcome controlRequest(const SetupPacket &setup, std::span<std::uint8_t> data) = 0;
 };
 
-/// One device on the bus, as the registry knows it. Holding it does not hold the device open.
+/// One device on the bus, as the registry knows it. Holding it does not hold the device open. Its ids and its
+/// place cost nothing; its name and its descriptors are read when they are asked for.
 class Device {
  public:
     virtual ~Device() = default;
@@ -101,7 +103,9 @@ class Device {
     [[nodiscard]] virtual std::unique_ptr<VideoControl> videoControl() const = 0;
 };
 
-/// The devices present. Each call looks anew.
+/// The devices present. Each call lists them anew, as far as the system has told of them: on Linux, libusb
+/// learns of devices that come and go from udev's notices. Where no udev runs (in a container, say), a device
+/// plugged in after the registry was made is never listed.
 class DeviceRegistry {
  public:
     virtual ~DeviceRegistry() = default;

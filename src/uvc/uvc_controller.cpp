@@ -37,8 +37,7 @@ bool isEnabled(const std::optional<uvc::ControlBitmap> &bitmap, const NameMap &e
 
 }  // namespace
 
-UVCController::UVCController(Checked, Parts parts)
-    : parts_(std::move(parts)), deviceName_(parts_.service->registryName()) {}
+UVCController::UVCController(Checked, Parts parts) : parts_(std::move(parts)) {}
 
 UVCController::~UVCController() {
     setIsInterfaceOpen(false);
@@ -53,7 +52,7 @@ std::string UVCController::description() const {
                   int{parts_.interface->interfaceNumber()}, isInterfaceOpen_ ? " ; is-open" : "");
     char head[64];
     std::snprintf(head, sizeof head, "UVCController@%p { \"", static_cast<const void *>(this));
-    return head + deviceName_.value_or("(null)") + ids;
+    return head + deviceName().value_or("(null)") + ids;
 }
 
 const NameMap &UVCController::controlMapping() {

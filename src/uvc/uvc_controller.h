@@ -39,6 +39,10 @@ class UVCController : public std::enable_shared_from_this<UVCController> {
     /// All devices with a VideoControl interface, in the registry's order. Nothing, never an empty list, when
     /// there are none or devices cannot be enumerated.
     [[nodiscard]] static std::optional<std::vector<std::shared_ptr<UVCController>>> uvcControllers();
+    /// Those of uvcControllers() that have both ids; no other device costs more than its place in the
+    /// registry's list.
+    [[nodiscard]] static std::optional<std::vector<std::shared_ptr<UVCController>>>
+    uvcControllersWithVendorId(std::uint16_t vendorId, std::uint16_t productId);
     /// Null when the device has no VideoControl interface with a proper header.
     [[nodiscard]] static std::shared_ptr<UVCController> uvcControllerWithService(
         const std::shared_ptr<const usb::Device> &service);
@@ -75,7 +79,8 @@ class UVCController : public std::enable_shared_from_this<UVCController> {
     /// Answer for a name that the catalogue does not hold.
     static constexpr std::size_t kUnknownControl = ~std::size_t{0};
 
-    [[nodiscard]] const std::optional<std::string> &deviceName() const { return deviceName_; }
+    /// As the registry names the device, asked at each call.
+    [[nodiscard]] std::optional<std::string> deviceName() const { return parts_.service->registryName(); }
     [[nodiscard]] std::uint32_t locationId() const { return parts_.locationId; }
     [[nodiscard]] std::uint16_t vendorId() const { return parts_.vendorId; }
     [[nodiscard]] std::uint16_t productId() const { return parts_.productId; }
@@ -148,7 +153,6 @@ class UVCController : public std::enable_shared_from_this<UVCController> {
                                                std::uint32_t unitId) const;
 
     Parts parts_;
-    std::optional<std::string> deviceName_;
     bool isInterfaceOpen_ = false;
     std::map<std::string, std::unique_ptr<UVCControl>, std::less<>> controls_;  // null: not available
 };

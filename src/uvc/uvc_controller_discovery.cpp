@@ -19,6 +19,28 @@ std::vector<Service> services() {
     return registry()->devices().value_or(std::vector<Service>{});
 }
 
+/// What picks devices out of the registry's list.
+constexpr auto kEvery = [](const usb::Device &) { return true; };
+
+auto withIds(std::uint16_t vendorId, std::uint16_t productId) {
+    return [vendorId, productId](const usb::Device &device) {
+        return device.vendorId() == vendorId && device.productId() == productId;
+    };
+}
+
+/// The controllers of the devices that `matches`; nothing when there are none.
+template <typename Matches>
+std::optional<std::vector<std::shared_ptr<UVCController>>> allControllers(Matches matches) {
+    std::vector<std::shared_ptr<UVCController>> controllers;
+    for (const Service &service : services()) {
+        if (!service || !matches(*service)) continue;
+        if (auto controller = UVCController::uvcControllerWithService(service))
+            controllers.push_back(std::move(controller));
+    }
+    if (controllers.empty()) return std::nullopt;
+    return controllers;
+}
+
 /// The first device that `matches`, whether or not it will make a controller.
 template <typename Matches>
 std::shared_ptr<UVCController> firstController(Matches matches) {
@@ -34,12 +56,12 @@ void UVCController::useDeviceRegistry(std::shared_ptr<const usb::DeviceRegistry>
 }
 
 std::optional<std::vector<std::shared_ptr<UVCController>>> UVCController::uvcControllers() {
-    std::vector<std::shared_ptr<UVCController>> controllers;
-    for (const Service &service : services())
-        if (auto controller = uvcControllerWithService(service)) controllers.push_back(std::move(controller));
+    return allControllers(kEvery);
+}
 
-    if (controllers.empty()) return std::nullopt;
-    return controllers;
+std::optional<std::vector<std::shared_ptr<UVCController>>> UVCController::uvcControllersWithVendorId(
+    std::uint16_t vendorId, std::uint16_t productId) {
+    return allControllers(withIds(vendorId, productId));
 }
 
 std::shared_ptr<UVCController> UVCController::uvcControllerWithService(const Service &service) {
@@ -56,9 +78,7 @@ std::shared_ptr<UVCController> UVCController::uvcControllerWithLocationId(std::u
 
 std::shared_ptr<UVCController> UVCController::uvcControllerWithVendorId(std::uint16_t vendorId,
                                                                         std::uint16_t productId) {
-    return firstController([vendorId, productId](const usb::Device &device) {
-        return device.vendorId() == vendorId && device.productId() == productId;
-    });
+    return firstController(withIds(vendorId, productId));
 }
 
 std::shared_ptr<UVCController> UVCController::initWithLocationId(std::uint32_t locationId,

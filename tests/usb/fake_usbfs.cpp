@@ -165,13 +165,6 @@ std::vector<std::string> Usbfs::videoNodesOf(const Camera &camera) const {
     return plugged.bound ? plugged.bound->nodes : std::vector<std::string>();
 }
 
-std::vector<std::string> Usbfs::videoNodes() const {
-    std::vector<std::string> all;
-    for (const auto &[camera, plugged] : cameras_)
-        std::ranges::copy(videoNodesOf(camera), std::back_inserter(all));
-    return all;
-}
-
 std::pair<std::string, std::string> Usbfs::addDevice(const DeviceImage &image, std::uint8_t bus,
                                                      const Ports &ports) {
     const std::string syspath = addHubs(bus, ports);

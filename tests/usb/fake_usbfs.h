@@ -57,9 +57,8 @@ class Usbfs {
     void bindDriver(const Camera &camera, bool metadataFirst = false);
     void unbindDriver(const Camera &camera);
     [[nodiscard]] Uvcvideo &driverOf(const Camera &camera);
-    /// The paths of the camera's video nodes, by number; of all cameras; and their files outside the machine.
+    /// The paths of the camera's video nodes, by number, and the file of one outside the machine.
     [[nodiscard]] std::vector<std::string> videoNodesOf(const Camera &camera) const;
-    [[nodiscard]] std::vector<std::string> videoNodes() const;
     [[nodiscard]] std::string fileOf(const std::string &node) const;
 
  private:

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "support/without_rights.h"
@@ -13,19 +11,8 @@
 
 namespace contract {
 
-/// How many of this process's open files are `path`.
-inline int openFiles(const std::string &path) {
-    namespace fs = std::filesystem;
-    int count = 0;
-    std::error_code error;
-    const fs::path file = fs::canonical(path);
-    for (const auto &entry : fs::directory_iterator("/proc/self/fd"))
-        if (fs::read_symlink(entry.path(), error) == file) ++count;
-    return count;
-}
-
-/// A bus made by umockdev. `bound`: the kernel's driver takes each camera as soon as it is plugged in.
-template <typename Registry, bool bound = false>
+/// A bus made by umockdev.
+template <typename Registry>
 class UsbfsRig : public Rig {
  public:
     [[nodiscard]] const usb::DeviceRegistry &registry() const override { return *registry_; }
@@ -33,17 +20,13 @@ class UsbfsRig : public Rig {
 
     void plug(const Camera &camera, std::uint8_t bus, const Ports &ports) override {
         usbfs.plug(camera, bus, ports);
-        if (bound) usbfs.bindDriver(camera);
     }
     void unplug(const Camera &camera) override { usbfs.unplug(camera); }
     void plugKeyboard(std::uint8_t bus, const Ports &ports) override {
         usbfs.plugImage(fake::keyboardImage(), bus, ports);
     }
 
-    void holdElsewhere(const Camera &camera) override {
-        if (bound) usbfs.unbindDriver(camera);
-        usbfs.nodeOf(camera).holdElsewhere();
-    }
+    void holdElsewhere(const Camera &camera) override { usbfs.nodeOf(camera).holdElsewhere(); }
     /// Closes all files that lead to the camera.
     void withoutRights(const Camera &camera, const std::function<void()> &action) override {
         std::vector<std::string> files{usbfs.nodeFileOf(camera)};
@@ -52,11 +35,7 @@ class UsbfsRig : public Rig {
         action();
     }
 
-    [[nodiscard]] int openInterfaces() const override {
-        int open = usbfs.claimedInterfaces();
-        for (const std::string &node : usbfs.videoNodes()) open += openFiles(usbfs.fileOf(node));
-        return open;
-    }
+    [[nodiscard]] int openInterfaces() const override { return usbfs.claimedInterfaces(); }
 
     fake::Usbfs usbfs;
 

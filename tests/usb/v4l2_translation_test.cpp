@@ -130,25 +130,24 @@ TEST(V4l2Translation, GivesTheRangeOfASpeedAsItsSizeAlone) {
     EXPECT_EQ(data, (Bytes{0, 2, 0, 255}));
 }
 
-TEST(V4l2Translation, TellsSettingsOutsideTheLimits) {
+TEST(V4l2Translation, MovesASettingToTheNearestLimitAndASpeedNowhere) {
     const Row &pan = rowOf(V4L2_CID_PAN_ABSOLUTE);
-    EXPECT_TRUE(isWithin(pan, -612000, -612000, 612000));
-    EXPECT_FALSE(isWithin(pan, -612001, -612000, 612000));
-    EXPECT_TRUE(isWithin(pan, 612000, -612000, 612000));
-    EXPECT_FALSE(isWithin(pan, 612001, -612000, 612000));
-    EXPECT_TRUE(isWithin(pan, 5, 100, -100)) << "limits the wrong way round forbid nothing";
-
+    EXPECT_EQ(nearestWithin(pan, -612001, -612000, 612000), -612000);
+    EXPECT_EQ(nearestWithin(pan, 612001, -612000, 612000), 612000);
+    EXPECT_EQ(nearestWithin(pan, 5, 100, -100), 5) << "limits the wrong way round change nothing";
+    EXPECT_EQ(nearestWithin(rowOf(V4L2_CID_ZOOM_ABSOLUTE), 0, 100, 1005), 100);
     const Row &exposure = rowOf(V4L2_CID_EXPOSURE_ABSOLUTE);
-    EXPECT_TRUE(isWithin(exposure, -2, 1, -1)) << "unsigned: 0xFFFFFFFE of 1 to 0xFFFFFFFF";
-    EXPECT_FALSE(isWithin(exposure, -2, 1, 10000));
+    EXPECT_EQ(nearestWithin(exposure, -2, 1, -1), -2) << "unsigned: 0xFFFFFFFE of 1 to 0xFFFFFFFF";
+    EXPECT_EQ(nearestWithin(exposure, -2, 1, 10000), 10000);
+    EXPECT_EQ(nearestWithin(rowOf(V4L2_CID_EXPOSURE_AUTO), 3, 0, 1), std::nullopt);
 
     // The kernel would send +1 for these.
     const Row &zoom = rowOf(V4L2_CID_ZOOM_CONTINUOUS);
-    for (const std::int32_t speed : {-5, 0}) EXPECT_FALSE(isWithin(zoom, speed, 1, 7)) << speed;
-    EXPECT_TRUE(isWithin(zoom, 1, 1, 7));
-    EXPECT_FALSE(isWithin(zoom, 0, 5, 3)) << "limits the wrong way round are clamped to nevertheless";
-    EXPECT_FALSE(isWithin(rowOf(V4L2_CID_PAN_SPEED), -20, -1, 24));
-    EXPECT_TRUE(isWithin(rowOf(V4L2_CID_PAN_SPEED), 0, -1, 24));
+    for (const std::int32_t speed : {-5, 0})
+        EXPECT_EQ(nearestWithin(zoom, speed, 1, 7), std::nullopt) << speed;
+    EXPECT_EQ(nearestWithin(zoom, 1, 1, 7), 1);
+    EXPECT_EQ(nearestWithin(zoom, 0, 5, 3), std::nullopt) << "the kernel clamps to these nevertheless";
+    EXPECT_EQ(nearestWithin(rowOf(V4L2_CID_PAN_SPEED), -20, -1, 24), std::nullopt);
 }
 
 TEST(V4l2Translation, MakesTheInfoByteOfTheFlags) {

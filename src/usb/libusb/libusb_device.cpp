@@ -1,6 +1,5 @@
 #include "usb/libusb/libusb_device.h"
 
-#include <array>
 #include <tuple>
 #include <utility>
 
@@ -9,23 +8,20 @@
 
 namespace usb {
 
-namespace {
-
-std::optional<std::vector<std::uint8_t>> portsOf(libusb_device *device) {
-    constexpr std::size_t kDeepest = 7;  // what libusb asks for: USB allows six
-    std::array<std::uint8_t, kDeepest> ports{};
-    const int count = libusb_get_port_numbers(device, ports.data(), static_cast<int>(ports.size()));
+std::optional<PortPath> PortPath::of(libusb_device *device) {
+    PortPath path;
+    const int count =
+        libusb_get_port_numbers(device, path.ports_.data(), static_cast<int>(path.ports_.size()));
     if (count < 0) return std::nullopt;
-    return std::vector<std::uint8_t>(ports.begin(), ports.begin() + count);
+    path.count_ = static_cast<std::size_t>(count);
+    return path;
 }
-
-}  // namespace
 
 LibusbDevice::LibusbDevice(LibusbDeviceRef device)
     : device_(std::move(device)),
       bus_(libusb_get_bus_number(device_.get())),
       deviceNumber_(libusb_get_device_address(device_.get())),
-      ports_(portsOf(device_.get())) {
+      ports_(PortPath::of(device_.get())) {
     libusb_device_descriptor descriptor{};
     if (libusb_get_device_descriptor(device_.get(), &descriptor) != LIBUSB_SUCCESS) return;
     vendorId_ = descriptor.idVendor;
@@ -34,12 +30,12 @@ LibusbDevice::LibusbDevice(LibusbDeviceRef device)
 
 std::optional<std::uint32_t> LibusbDevice::locationId() const {
     if (!ports_) return std::nullopt;
-    return usb::locationId(bus_, *ports_);
+    return usb::locationId(bus_, ports_->ports());
 }
 
 std::optional<std::string> LibusbDevice::registryName() const {
     if (!ports_) return std::nullopt;
-    return productNameFromSysfs(bus_, *ports_);
+    return productNameFromSysfs(bus_, ports_->ports());
 }
 
 std::unique_ptr<VideoControl> LibusbDevice::videoControl() const {

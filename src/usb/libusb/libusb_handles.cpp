@@ -10,9 +10,16 @@ LibusbContext makeLibusbContext() {
     return {context, &libusb_exit};
 }
 
-LibusbDeviceRef makeDeviceRef(LibusbContext context, libusb_device *device) {
-    return {libusb_ref_device(device),
-            [held = std::move(context)](libusb_device *last) { libusb_unref_device(last); }};
+LibusbDeviceRef::LibusbDeviceRef(LibusbContext context, libusb_device *device)
+    : context_(std::move(context)), device_(libusb_ref_device(device)) {}
+
+LibusbDeviceRef::LibusbDeviceRef(const LibusbDeviceRef &other)
+    : LibusbDeviceRef(other.context_, other.get()) {}
+
+LibusbDeviceRef &LibusbDeviceRef::operator=(LibusbDeviceRef other) noexcept {
+    context_.swap(other.context_);
+    device_.swap(other.device_);
+    return *this;
 }
 
 }  // namespace usb

@@ -21,12 +21,27 @@ struct HandleDeleter {
 using LibusbHandle = std::unique_ptr<libusb_device_handle, HandleDeleter>;
 
 /// A reference to a device, which holds the device's context as well.
-using LibusbDeviceRef = std::shared_ptr<libusb_device>;
+class LibusbDeviceRef {
+ public:
+    /// `device` belongs to `context`.
+    LibusbDeviceRef(LibusbContext context, libusb_device *device);
+    LibusbDeviceRef(const LibusbDeviceRef &other);
+    LibusbDeviceRef(LibusbDeviceRef &&) noexcept = default;
+    LibusbDeviceRef &operator=(LibusbDeviceRef other) noexcept;
+    ~LibusbDeviceRef() = default;
+
+    [[nodiscard]] libusb_device *get() const { return device_.get(); }
+
+ private:
+    struct Deleter {
+        void operator()(libusb_device *device) const { libusb_unref_device(device); }
+    };
+
+    LibusbContext context_;  // goes after the device
+    std::unique_ptr<libusb_device, Deleter> device_;
+};
 
 /// A new context; null when USB cannot be reached at all.
 [[nodiscard]] LibusbContext makeLibusbContext();
-
-/// A reference of its own to a device of `context`.
-[[nodiscard]] LibusbDeviceRef makeDeviceRef(LibusbContext context, libusb_device *device);
 
 }  // namespace usb

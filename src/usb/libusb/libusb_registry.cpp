@@ -4,8 +4,6 @@
 #include <span>
 #include <utility>
 
-#include "usb/libusb/libusb_handles.h"
-
 namespace usb {
 
 namespace {
@@ -34,24 +32,24 @@ class DeviceList {
 
 LibusbRegistry::LibusbRegistry() : context_(makeLibusbContext()) {}
 
-std::optional<std::vector<std::shared_ptr<const LibusbDevice>>> LibusbRegistry::libusbDevices() const {
+std::optional<std::vector<LibusbDevice>> LibusbRegistry::libusbDevices() const {
     if (!context_) return std::nullopt;
     const DeviceList list(context_.get());
     if (!list.isValid()) return std::nullopt;
 
-    std::vector<std::shared_ptr<const LibusbDevice>> found;
-    for (libusb_device *device : list.items())
-        found.push_back(std::make_shared<LibusbDevice>(makeDeviceRef(context_, device)));
+    std::vector<LibusbDevice> found;
+    found.reserve(list.items().size());
+    for (libusb_device *device : list.items()) found.emplace_back(LibusbDeviceRef(context_, device));
 
     // libusb's own order depends on what was plugged in last.
-    std::ranges::sort(found, [](const auto &a, const auto &b) { return a->standsBefore(*b); });
+    std::ranges::sort(found, [](const auto &a, const auto &b) { return a.standsBefore(b); });
     return found;
 }
 
 std::optional<std::vector<std::shared_ptr<const Device>>> LibusbRegistry::devices() const {
-    const auto found = libusbDevices();
+    auto found = libusbDevices();
     if (!found) return std::nullopt;
-    return std::vector<std::shared_ptr<const Device>>(found->begin(), found->end());
+    return shareAll(std::move(*found));
 }
 
 }  // namespace usb

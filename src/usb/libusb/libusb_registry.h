@@ -2,12 +2,11 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "usb/libusb/libusb_device.h"
 #include "usb/usb.h"
-
-struct libusb_context;
 
 namespace usb {
 
@@ -22,10 +21,20 @@ class LibusbRegistry : public DeviceRegistry {
     [[nodiscard]] std::optional<std::vector<std::shared_ptr<const Device>>> devices() const override;
 
     /// The same devices with what libusb alone tells of them.
-    [[nodiscard]] std::optional<std::vector<std::shared_ptr<const LibusbDevice>>> libusbDevices() const;
+    [[nodiscard]] std::optional<std::vector<LibusbDevice>> libusbDevices() const;
 
  private:
-    std::shared_ptr<libusb_context> context_;
+    LibusbContext context_;
 };
+
+/// Pointers to all of `devices`, which live in one piece of memory until the last pointer goes.
+template <typename Kind>
+[[nodiscard]] std::vector<std::shared_ptr<const Device>> shareAll(std::vector<Kind> devices) {
+    const auto all = std::make_shared<const std::vector<Kind>>(std::move(devices));
+    std::vector<std::shared_ptr<const Device>> pointers;
+    pointers.reserve(all->size());
+    for (const Kind &device : *all) pointers.emplace_back(all, &device);
+    return pointers;
+}
 
 }  // namespace usb

@@ -44,9 +44,11 @@ std::vector<std::uint8_t> classDescriptorsOf(const libusb_interface_descriptor &
 
 }  // namespace
 
-LibusbVideoControl::LibusbVideoControl(LibusbDeviceRef device, std::uint8_t interfaceNumber,
+LibusbVideoControl::LibusbVideoControl(LibusbDeviceRef device, std::uint8_t configuration,
+                                       std::uint8_t interfaceNumber,
                                        std::vector<std::uint8_t> classDescriptors)
     : device_(std::move(device)),
+      configuration_(configuration),
       interfaceNumber_(interfaceNumber),
       classDescriptors_(std::move(classDescriptors)) {}
 
@@ -93,7 +95,7 @@ void LibusbVideoControl::giveBack() {
     if (libusb_release_interface(handle_.get(), interfaceNumber_) != LIBUSB_SUCCESS) handle_.reset();
 }
 
-std::unique_ptr<VideoControl> findVideoControl(const LibusbDeviceRef &device) {
+std::unique_ptr<LibusbVideoControl> findVideoControl(const LibusbDeviceRef &device) {
     libusb_config_descriptor *raw = nullptr;
     if (libusb_get_active_config_descriptor(device.get(), &raw) != LIBUSB_SUCCESS) return nullptr;
     const LibusbConfig config(raw);
@@ -101,8 +103,8 @@ std::unique_ptr<VideoControl> findVideoControl(const LibusbDeviceRef &device) {
     const libusb_interface_descriptor *setting = findVideoControlSetting(*config);
     if (setting == nullptr) return nullptr;
 
-    return std::make_unique<LibusbVideoControl>(device, setting->bInterfaceNumber,
-                                                classDescriptorsOf(*setting));
+    return std::make_unique<LibusbVideoControl>(device, config->bConfigurationValue,
+                                                setting->bInterfaceNumber, classDescriptorsOf(*setting));
 }
 
 }  // namespace usb

@@ -14,12 +14,14 @@ namespace usb {
 /// device does, so that the requests of one job do not wake the device anew each time.
 class LibusbVideoControl : public VideoControl {
  public:
-    LibusbVideoControl(LibusbDeviceRef device, std::uint8_t interfaceNumber,
+    LibusbVideoControl(LibusbDeviceRef device, std::uint8_t configuration, std::uint8_t interfaceNumber,
                        std::vector<std::uint8_t> classDescriptors);
     ~LibusbVideoControl() override;
     LibusbVideoControl(const LibusbVideoControl &) = delete;
     LibusbVideoControl &operator=(const LibusbVideoControl &) = delete;
 
+    /// bConfigurationValue of the configuration that the interface is part of.
+    [[nodiscard]] std::uint8_t configuration() const { return configuration_; }
     [[nodiscard]] std::uint8_t interfaceNumber() const override { return interfaceNumber_; }
     [[nodiscard]] std::span<const std::uint8_t> classDescriptors() const override {
         return classDescriptors_;
@@ -32,6 +34,7 @@ class LibusbVideoControl : public VideoControl {
     void giveBack();
 
     LibusbDeviceRef device_;
+    std::uint8_t configuration_;
     std::uint8_t interfaceNumber_;
     std::vector<std::uint8_t> classDescriptors_;
     LibusbHandle handle_;
@@ -39,6 +42,6 @@ class LibusbVideoControl : public VideoControl {
 };
 
 /// The VideoControl interface of the device's active configuration; null when there is none.
-[[nodiscard]] std::unique_ptr<VideoControl> findVideoControl(const LibusbDeviceRef &device);
+[[nodiscard]] std::unique_ptr<LibusbVideoControl> findVideoControl(const LibusbDeviceRef &device);
 
 }  // namespace usb

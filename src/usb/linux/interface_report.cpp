@@ -15,21 +15,28 @@ namespace {
 /// The driver that sysfs names where a program has claimed the interface.
 constexpr char kClaimedByProgram[] = "usbfs";
 
-std::shared_ptr<const LibusbDevice> cameraAt(const LibusbRegistry &registry, std::uint32_t locationId) {
+/// A device and its VideoControl interface.
+struct Found {
+    LibusbDevice device;
+    std::unique_ptr<LibusbVideoControl> control;
+};
+
+std::optional<Found> cameraAt(const LibusbRegistry &registry, std::uint32_t locationId) {
     const auto devices = registry.libusbDevices();
-    if (!devices) return nullptr;
-    for (const auto &device : *devices)
-        if (device->locationId() == locationId && device->videoControl()) return device;
-    return nullptr;
+    if (!devices) return std::nullopt;
+    for (const LibusbDevice &device : *devices) {
+        if (device.locationId() != locationId) continue;
+        if (auto control = findVideoControl(device.reference())) return Found{device, std::move(control)};
+    }
+    return std::nullopt;
 }
 
 /// What LinuxVideoControl::open() would come to, without a claim.
 void tryFile(InterfaceReport &report, const v4l2::SysfsInterface &interface, const std::string &usbFile) {
-    if (chooseWay(interface) == Way::v4l2) {
-        const auto nodes = interface.videoNodes();
+    if (const auto nodes = interface.videoNodes(); !nodes.empty()) {
         const v4l2::NodeSearch search = v4l2::openCaptureNode(nodes);
         report.path = search.path;
-        if (report.path.empty() && !nodes.empty()) report.path = nodes.front();
+        if (report.path.empty()) report.path = nodes.front();
         report.access = search.outcome;
         return;
     }
@@ -46,17 +53,15 @@ void tryFile(InterfaceReport &report, const v4l2::SysfsInterface &interface, con
 }  // namespace
 
 std::optional<InterfaceReport> inspectInterface(const LinuxRegistry &registry, std::uint32_t locationId) {
-    const auto device = cameraAt(registry.listing(), locationId);
-    if (!device) return std::nullopt;
-    const auto control = device->videoControl();
-    if (!control) return std::nullopt;
-    const auto interface = sysfsInterfaceOf(*device, control->interfaceNumber());
+    const auto camera = cameraAt(registry.listing(), locationId);
+    if (!camera) return std::nullopt;
+    const auto interface = sysfsInterfaceOf(camera->device, *camera->control);
     if (!interface) return std::nullopt;
 
     InterfaceReport report;
-    report.interfaceNumber = control->interfaceNumber();
+    report.interfaceNumber = camera->control->interfaceNumber();
     report.driver = interface->driver();
-    tryFile(report, *interface, usbFileOf(*device));
+    tryFile(report, *interface, usbFileOf(camera->device));
     if (report.path.empty()) return report;
 
     ProgramScan scan = findProgramsHolding(report.path);

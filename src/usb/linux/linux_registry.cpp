@@ -10,29 +10,30 @@ namespace {
 
 class LinuxDevice : public Device {
  public:
-    explicit LinuxDevice(std::shared_ptr<const LibusbDevice> device) : device_(std::move(device)) {}
+    explicit LinuxDevice(LibusbDevice device) : device_(std::move(device)) {}
 
-    [[nodiscard]] std::optional<std::uint16_t> vendorId() const override { return device_->vendorId(); }
-    [[nodiscard]] std::optional<std::uint16_t> productId() const override { return device_->productId(); }
-    [[nodiscard]] std::optional<std::uint32_t> locationId() const override { return device_->locationId(); }
-    [[nodiscard]] std::optional<std::string> registryName() const override { return device_->registryName(); }
+    [[nodiscard]] std::optional<std::uint16_t> vendorId() const override { return device_.vendorId(); }
+    [[nodiscard]] std::optional<std::uint16_t> productId() const override { return device_.productId(); }
+    [[nodiscard]] std::optional<std::uint32_t> locationId() const override { return device_.locationId(); }
+    [[nodiscard]] std::optional<std::string> registryName() const override { return device_.registryName(); }
     [[nodiscard]] std::unique_ptr<VideoControl> videoControl() const override {
-        return findLinuxVideoControl(*device_);
+        return findLinuxVideoControl(device_);
     }
 
  private:
-    std::shared_ptr<const LibusbDevice> device_;
+    LibusbDevice device_;
 };
 
 }  // namespace
 
 std::optional<std::vector<std::shared_ptr<const Device>>> LinuxRegistry::devices() const {
-    const auto listed = listing_.libusbDevices();
+    auto listed = listing_.libusbDevices();
     if (!listed) return std::nullopt;
 
-    std::vector<std::shared_ptr<const Device>> devices;
-    for (const auto &device : *listed) devices.push_back(std::make_shared<LinuxDevice>(device));
-    return devices;
+    std::vector<LinuxDevice> devices;
+    devices.reserve(listed->size());
+    for (LibusbDevice &device : *listed) devices.emplace_back(std::move(device));
+    return shareAll(std::move(devices));
 }
 
 }  // namespace usb

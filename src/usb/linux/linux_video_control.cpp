@@ -18,22 +18,21 @@ std::vector<std::uint8_t> copyOf(std::span<const std::uint8_t> bytes) {
 
 }  // namespace
 
-LinuxVideoControl::LinuxVideoControl(std::unique_ptr<VideoControl> libusb, v4l2::SysfsInterface interface,
-                                     std::string usbFile)
+LinuxVideoControl::LinuxVideoControl(std::unique_ptr<VideoControl> libusb,
+                                     const v4l2::SysfsInterface &interface, std::string usbFile)
     : libusb_(std::move(libusb)),
-      interface_(std::move(interface)),
-      v4l2_(interface_, libusb_->interfaceNumber(), copyOf(libusb_->classDescriptors())),
+      v4l2_(interface, libusb_->interfaceNumber(), copyOf(libusb_->classDescriptors())),
       usbFile_(std::move(usbFile)) {}
 
 Outcome LinuxVideoControl::open() {
     if (opened_ != nullptr) return Outcome::done;
-    if (chooseWay(interface_) == Way::libusb) return openThroughLibusb();
 
-    const Outcome outcome = openThroughV4l2();
-    if (outcome == Outcome::done) return outcome;
-    // The driver may have left in between, and its node with it.
-    const bool driverHasLeft = interface_.isPresent() && !interface_.driver();
-    return driverHasLeft ? openThroughLibusb() : outcome;
+    const Outcome outcome = v4l2_.open();
+    // The driver may have left, and its node with it, since the node was looked up.
+    if (outcome != Outcome::done && !v4l2_.isOffered()) return openThroughLibusb();
+    if (outcome == Outcome::done) opened_ = &v4l2_;
+    if (outcome == Outcome::denied) sayVideoNodeDenied(v4l2_.path());
+    return outcome;
 }
 
 Outcome LinuxVideoControl::close() {
@@ -45,18 +44,10 @@ Outcome LinuxVideoControl::controlRequest(const SetupPacket &setup, std::span<st
     if (opened_ == nullptr) return Outcome::failed;
     const Outcome outcome = opened_->controlRequest(setup, data);
 
-    // A node goes with its driver. If only that has gone, the camera can still be asked, the other way.
+    // A node goes with its driver. If only that has gone, the camera can still be asked through libusb.
     const bool nodeIsGone = outcome == Outcome::disconnected && opened_ == &v4l2_;
-    if (!nodeIsGone || !interface_.isPresent()) return outcome;
-    if (close() != Outcome::done || open() != Outcome::done) return outcome;
+    if (!nodeIsGone || close() != Outcome::done || open() != Outcome::done) return outcome;
     return opened_->controlRequest(setup, data);
-}
-
-Outcome LinuxVideoControl::openThroughV4l2() {
-    const Outcome outcome = v4l2_.open();
-    if (outcome == Outcome::done) opened_ = &v4l2_;
-    if (outcome == Outcome::denied) sayVideoNodeDenied(v4l2_.path());
-    return outcome;
 }
 
 Outcome LinuxVideoControl::openThroughLibusb() {
@@ -66,23 +57,19 @@ Outcome LinuxVideoControl::openThroughLibusb() {
     return outcome;
 }
 
-Way chooseWay(const v4l2::SysfsInterface &interface) {
-    return interface.driver() && !interface.videoNodes().empty() ? Way::v4l2 : Way::libusb;
-}
-
 std::unique_ptr<VideoControl> findLinuxVideoControl(const LibusbDevice &device) {
-    auto libusb = device.videoControl();
+    auto libusb = findVideoControl(device.reference());
     if (!libusb) return nullptr;
-    auto interface = sysfsInterfaceOf(device, libusb->interfaceNumber());
+    const auto interface = sysfsInterfaceOf(device, *libusb);
     if (!interface) return libusb;
-    return std::make_unique<LinuxVideoControl>(std::move(libusb), std::move(*interface), usbFileOf(device));
+    return std::make_unique<LinuxVideoControl>(std::move(libusb), *interface, usbFileOf(device));
 }
 
 std::optional<v4l2::SysfsInterface> sysfsInterfaceOf(const LibusbDevice &device,
-                                                     std::uint8_t interfaceNumber) {
+                                                     const LibusbVideoControl &control) {
     if (!device.ports()) return std::nullopt;
-    return v4l2::SysfsInterface(sysfsDirectory(device.busNumber(), *device.ports()), device.deviceNumber(),
-                                interfaceNumber);
+    return v4l2::SysfsInterface(sysfsDirectory(device.busNumber(), device.ports()->ports()),
+                                device.deviceNumber(), control.configuration(), control.interfaceNumber());
 }
 
 std::string usbFileOf(const LibusbDevice &device) {

@@ -7,25 +7,27 @@
 #include <string>
 
 #include "usb/libusb/libusb_device.h"
+#include "usb/libusb/libusb_video_control.h"
 #include "usb/usb.h"
 #include "usb/v4l2/sysfs_interface.h"
 #include "usb/v4l2/v4l2_video_control.h"
 
 namespace usb {
 
-/// A VideoControl interface on Linux, which chooses at each open() how its requests travel: through V4L2
-/// while the kernel's driver holds the interface, claimed and sent through libusb while nobody does. No
-/// driver is ever taken off: that would end the picture of whatever program is streaming.
+/// A VideoControl interface on Linux, which chooses its backend at open(): V4L2 while a kernel driver,
+/// whatever its name, holds the interface and offers video nodes for it; libusb, which claims the interface,
+/// elsewhere. Where a driver holds it without a node, that claim ends as Outcome::busy. No driver is ever
+/// taken off: that would end the picture of whatever program is streaming.
 ///
-/// A driver that comes or goes between two openings changes the way of the second. One that goes while the
-/// interface is open changes the way of the next request; none can come while libusb has the interface.
+/// A driver that comes between two openings changes the backend of the second; none can come while libusb has
+/// the interface. One that goes changes the backend of the next request.
 ///
 /// The first time in the life of the process that a file may not be opened, one line on standard error says
 /// which, for the technician who looks why the camera does not move.
 class LinuxVideoControl : public VideoControl {
  public:
     /// `usbFile`: the device's own node, of which libusb makes use.
-    LinuxVideoControl(std::unique_ptr<VideoControl> libusb, v4l2::SysfsInterface interface,
+    LinuxVideoControl(std::unique_ptr<VideoControl> libusb, const v4l2::SysfsInterface &interface,
                       std::string usbFile);
     LinuxVideoControl(const LinuxVideoControl &) = delete;
     LinuxVideoControl &operator=(const LinuxVideoControl &) = delete;
@@ -39,31 +41,20 @@ class LinuxVideoControl : public VideoControl {
     [[nodiscard]] Outcome controlRequest(const SetupPacket &setup, std::span<std::uint8_t> data) override;
 
  private:
-    [[nodiscard]] Outcome openThroughV4l2();
     [[nodiscard]] Outcome openThroughLibusb();
 
     std::unique_ptr<VideoControl> libusb_;
-    v4l2::SysfsInterface interface_;
     V4l2VideoControl v4l2_;
     std::string usbFile_;
     VideoControl *opened_ = nullptr;  // libusb_ or v4l2_
 };
 
-/// How requests travel to a VideoControl interface.
-enum class Way {
-    v4l2,    ///< a kernel driver, whatever its name, holds the interface and offers video nodes for it
-    libusb,  ///< nobody holds it; or somebody does without a video node, and the claim ends as Outcome::busy
-};
-
-/// The way that opening the interface now would take.
-[[nodiscard]] Way chooseWay(const v4l2::SysfsInterface &interface);
-
 /// The VideoControl interface of the device's active configuration; null when there is none.
 [[nodiscard]] std::unique_ptr<VideoControl> findLinuxVideoControl(const LibusbDevice &device);
 
-/// Where sysfs has interface `interfaceNumber` of the device; nothing when libusb cannot tell its ports.
+/// Where sysfs has the device's VideoControl interface; nothing when libusb cannot tell the device's ports.
 [[nodiscard]] std::optional<v4l2::SysfsInterface> sysfsInterfaceOf(const LibusbDevice &device,
-                                                                   std::uint8_t interfaceNumber);
+                                                                   const LibusbVideoControl &control);
 
 /// "/dev/bus/usb/003/012".
 [[nodiscard]] std::string usbFileOf(const LibusbDevice &device);

@@ -1,9 +1,12 @@
 #include "usb/v4l2/sysfs_interface.h"
 
+#include <dirent.h>
+
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -28,6 +31,11 @@ std::optional<unsigned> attribute(const std::string &path) {
     return numberIn(line);
 }
 
+struct DirectoryDeleter {
+    void operator()(DIR *directory) const { ::closedir(directory); }
+};
+using Directory = std::unique_ptr<DIR, DirectoryDeleter>;
+
 /// 4 for "video4"; nothing for the names of other kinds of node.
 std::optional<unsigned> videoNumber(std::string_view name) {
     constexpr std::string_view kPrefix = "video";
@@ -38,44 +46,29 @@ std::optional<unsigned> videoNumber(std::string_view name) {
 }  // namespace
 
 SysfsInterface::SysfsInterface(std::string deviceDirectory, std::uint8_t deviceNumber,
-                               std::uint8_t interfaceNumber)
+                               std::uint8_t configuration, std::uint8_t interfaceNumber)
     : deviceDirectory_(std::move(deviceDirectory)),
-      deviceNumber_(deviceNumber),
-      interfaceNumber_(interfaceNumber) {}
+      directory_(deviceDirectory_ + deviceDirectory_.substr(deviceDirectory_.rfind('/')) + ":" +
+                 std::to_string(configuration) + "." + std::to_string(interfaceNumber)),
+      deviceNumber_(deviceNumber) {}
 
 bool SysfsInterface::isPresent() const {
     return attribute(deviceDirectory_ + "/devnum") == deviceNumber_;
 }
 
-std::optional<std::string> SysfsInterface::directory() const {
-    if (!isPresent()) return std::nullopt;
-    const auto configuration = attribute(deviceDirectory_ + "/bConfigurationValue");
-    if (!configuration) return std::nullopt;
-
-    const std::string device = fs::path(deviceDirectory_).filename().string();
-    return deviceDirectory_ + "/" + device + ":" + std::to_string(*configuration) + "." +
-           std::to_string(interfaceNumber_);
-}
-
 std::optional<std::string> SysfsInterface::driver() const {
-    const auto interface = directory();
-    if (!interface) return std::nullopt;
-
     std::error_code error;
-    const fs::path link = fs::read_symlink(*interface + "/driver", error);
+    const fs::path link = fs::read_symlink(directory_ + "/driver", error);
     if (error) return std::nullopt;
     return link.filename().string();
 }
 
 std::vector<std::string> SysfsInterface::videoNodes() const {
-    const auto interface = directory();
-    if (!interface) return {};
-
     std::vector<unsigned> numbers;
-    std::error_code error;
-    fs::directory_iterator entry(*interface + "/video4linux", error);
-    for (; !error && entry != fs::directory_iterator(); entry.increment(error))
-        if (const auto number = videoNumber(entry->path().filename().string())) numbers.push_back(*number);
+    const Directory directory(::opendir((directory_ + "/video4linux").c_str()));
+    if (!directory) return {};
+    while (const dirent *const entry = ::readdir(directory.get()))
+        if (const auto number = videoNumber(entry->d_name)) numbers.push_back(*number);
 
     std::ranges::sort(numbers);
     std::vector<std::string> nodes;

@@ -98,15 +98,20 @@ bool putLimit(const Row &row, std::int64_t number, std::span<std::uint8_t> data)
     return true;
 }
 
-bool isWithin(const Row &row, std::int32_t number, std::int64_t minimum, std::int64_t maximum) {
-    if (isSpeed(row)) return number >= minimum && number <= maximum;
-    if (row.isSigned || row.width < 4) return minimum > maximum || (number >= minimum && number <= maximum);
+std::optional<std::int32_t> nearestWithin(const Row &row, std::int32_t number, std::int64_t minimum,
+                                          std::int64_t maximum) {
+    if (row.coding != Coding::number)
+        return number >= minimum && number <= maximum ? std::optional(number) : std::nullopt;
 
     // V4L2's numbers of 32 bits are signed, and carry an unsigned one of ours bit by bit.
-    const auto unsignedOf = [](std::int64_t value) { return static_cast<std::uint32_t>(value); };
-    const std::uint32_t lowest = unsignedOf(minimum);
-    const std::uint32_t highest = unsignedOf(maximum);
-    return lowest > highest || (unsignedOf(number) >= lowest && unsignedOf(number) <= highest);
+    const bool isUnsigned = !row.isSigned && row.width == 4;
+    const auto meant = [isUnsigned](std::int64_t value) {
+        return isUnsigned ? static_cast<std::uint32_t>(value) : value;
+    };
+    const std::int64_t lowest = meant(minimum);
+    const std::int64_t highest = meant(maximum);
+    if (lowest > highest) return number;
+    return static_cast<std::int32_t>(std::clamp(meant(number), lowest, highest));
 }
 
 std::uint8_t exposureModeBit(std::int64_t mode) {

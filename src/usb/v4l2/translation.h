@@ -22,11 +22,15 @@ namespace usb::v4l2 {
 /// of the size alone: the direction byte is 0.
 [[nodiscard]] bool putLimit(const Row &row, std::int64_t number, std::span<std::uint8_t> data);
 
-/// Whether the number lies within limits that V4L2 gave for the row. Limits that contradict one another
-/// forbid nothing, except of a speed: the kernel clamps to them all the same, and a "stop" bent to fit would
-/// start the motor. It takes a camera's lowest speed for the lower limit (negated for pan and tilt, as it is
-/// for zoom), so that fast negative speeds, and zoom's "stop", may lie outside.
-[[nodiscard]] bool isWithin(const Row &row, std::int32_t number, std::int64_t minimum, std::int64_t maximum);
+/// The number, or the nearest of the limits that V4L2 gave for the row where it lies outside them: the kernel
+/// itself would take a number below an unsigned minimum for the highest one. Limits that contradict one
+/// another change nothing.
+///
+/// Nothing where a speed or an exposure mode lies outside: it has no nearest, and a "stop" bent to fit would
+/// start the motor. The kernel takes a camera's lowest speed for the lower limit (negated for pan and tilt,
+/// as it is for zoom), so that fast negative speeds, and zoom's "stop", may lie outside.
+[[nodiscard]] std::optional<std::int32_t> nearestWithin(const Row &row, std::int32_t number,
+                                                        std::int64_t minimum, std::int64_t maximum);
 
 /// The bit of the UVC exposure mode that V4L2 numbers `mode`; 0 where there is none.
 [[nodiscard]] std::uint8_t exposureModeBit(std::int64_t mode);

@@ -89,26 +89,40 @@ V4l2VideoControl::V4l2VideoControl(v4l2::SysfsInterface interface, std::uint8_t 
       classDescriptors_(std::move(classDescriptors)) {}
 
 Outcome V4l2VideoControl::open() {
-    if (node_) return Outcome::done;
-    path_.clear();
-    if (!interface_.isPresent()) return Outcome::disconnected;
+    isOpen_ = node_.has_value();
+    if (isOpen_) return Outcome::done;
 
+    path_.clear();
     const auto nodes = interface_.videoNodes();
     if (nodes.empty()) return Outcome::busy;
 
     v4l2::NodeSearch search = v4l2::openCaptureNode(nodes);
     path_ = std::move(search.path);
-    if (search.node) node_.emplace(std::move(*search.node));
-    return search.outcome;
+    if (!search.node) return search.outcome;
+    // Asked last: the node that is open now may be that of a camera plugged in where this one was.
+    if (!interface_.isPresent()) return Outcome::disconnected;
+
+    node_.emplace(std::move(*search.node));
+    descriptions_.clear();
+    isOpen_ = true;
+    isGone_ = false;
+    return Outcome::done;
 }
 
 Outcome V4l2VideoControl::close() {
-    node_.reset();
+    isOpen_ = false;
+    if (isGone_) node_.reset();
     return Outcome::done;
 }
 
 Outcome V4l2VideoControl::controlRequest(const SetupPacket &setup, std::span<std::uint8_t> data) {
-    if (!node_ || setup.length != data.size()) return Outcome::failed;
+    if (!isOpen_ || setup.length != data.size()) return Outcome::failed;
+    const Outcome outcome = perform(setup, data);
+    isGone_ = isGone_ || outcome == Outcome::disconnected;
+    return outcome;
+}
+
+Outcome V4l2VideoControl::perform(const SetupPacket &setup, std::span<std::uint8_t> data) {
     const Rows rows = rowsFor(setup);
     if (rows.empty()) return Outcome::refused;
 
@@ -146,26 +160,43 @@ V4l2VideoControl::Rows V4l2VideoControl::rowsFor(const SetupPacket &setup) const
     return setup.length == length ? rows : Rows();
 }
 
-Outcome V4l2VideoControl::set(Rows rows, std::span<const std::uint8_t> data, Deadline deadline) const {
+Outcome V4l2VideoControl::set(Rows rows, std::span<const std::uint8_t> data, Deadline deadline) {
     std::vector<v4l2_ext_control> controls = controlsOf(rows);
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        const auto number = v4l2::numberFrom(rows[i], data);
+        auto number = v4l2::numberFrom(rows[i], data);
         if (!number) return Outcome::refused;
-        const Outcome allowed = checkLimits(rows[i], *number, deadline);
+        const Outcome allowed = applyLimits(rows[i], *number, deadline);
         if (allowed != Outcome::done) return allowed;
         controls[i].value = *number;
     }
     return outcomeOfRequest(node_->set(controls, deadline));
 }
 
-Outcome V4l2VideoControl::checkLimits(const Row &row, std::int32_t number, Deadline deadline) const {
+Outcome V4l2VideoControl::applyLimits(const Row &row, std::int32_t &number, Deadline deadline) {
     v4l2_query_ext_ctrl control{};
-    control.id = row.id;
-    const Outcome asked = outcomeOfRequest(node_->describe(control, deadline));
+    const Outcome asked = recall(row, control, deadline);
     if (asked == Outcome::timedOut || asked == Outcome::disconnected) return asked;
     // A camera that does not tell its limits may still take the setting.
     if (asked != Outcome::done) return Outcome::done;
-    return v4l2::isWithin(row, number, control.minimum, control.maximum) ? Outcome::done : Outcome::refused;
+
+    const auto allowed = v4l2::nearestWithin(row, number, control.minimum, control.maximum);
+    number = allowed.value_or(number);
+    return allowed ? Outcome::done : Outcome::refused;
+}
+
+Outcome V4l2VideoControl::describe(const Row &row, v4l2_query_ext_ctrl &control, Deadline deadline) {
+    control = {};
+    control.id = row.id;
+    const Outcome outcome = outcomeOfRequest(node_->describe(control, deadline));
+    if (outcome == Outcome::done) descriptions_.insert_or_assign(row.id, control);
+    return outcome;
+}
+
+Outcome V4l2VideoControl::recall(const Row &row, v4l2_query_ext_ctrl &control, Deadline deadline) {
+    const auto known = descriptions_.find(row.id);
+    if (known == descriptions_.end()) return describe(row, control, deadline);
+    control = known->second;
+    return Outcome::done;
 }
 
 Outcome V4l2VideoControl::getCurrent(Rows rows, std::span<std::uint8_t> data, Deadline deadline) const {
@@ -178,17 +209,16 @@ Outcome V4l2VideoControl::getCurrent(Rows rows, std::span<std::uint8_t> data, De
     return Outcome::done;
 }
 
-Outcome V4l2VideoControl::getInfo(Rows rows, std::span<std::uint8_t> data, Deadline deadline) const {
+Outcome V4l2VideoControl::getInfo(Rows rows, std::span<std::uint8_t> data, Deadline deadline) {
     // Both halves of a control have the flags of the whole.
     v4l2_query_ext_ctrl control{};
-    control.id = rows.front().id;
-    const Outcome outcome = outcomeOfRequest(node_->describe(control, deadline));
+    const Outcome outcome = describe(rows.front(), control, deadline);
     if (outcome == Outcome::done) data[0] = v4l2::infoFrom(control.flags);
     return outcome;
 }
 
 Outcome V4l2VideoControl::getLimit(std::uint8_t request, Rows rows, std::span<std::uint8_t> data,
-                                   Deadline deadline) const {
+                                   Deadline deadline) {
     if (rows.front().coding == Coding::exposureMode) {
         if (request == kGetRes) return getExposureModes(rows.front(), data, deadline);
         // Modes are bits without an order; cameras do not have these two requests either.
@@ -197,8 +227,7 @@ Outcome V4l2VideoControl::getLimit(std::uint8_t request, Rows rows, std::span<st
 
     for (const Row &row : rows) {
         v4l2_query_ext_ctrl control{};
-        control.id = row.id;
-        const Outcome outcome = outcomeOfRequest(node_->describe(control, deadline));
+        const Outcome outcome = recall(row, control, deadline);
         if (outcome != Outcome::done) return outcome;
         if (!v4l2::putLimit(row, limitOf(control, request), data)) return Outcome::failed;
     }
