@@ -22,8 +22,8 @@ TOUR_PACKAGES=(xvfb xauth openbox xdotool imagemagick)
 # What a screen reader speaks to, and a Wayland desktop for it, beside the tour's screen.
 ACCESSIBILITY_PACKAGES=(at-spi2-core python3-pyatspi dbus-daemon weston)
 
-# need_packages PACKAGE...: installs what is missing. One call with all that a script needs: where nobody here may
-# install, it ends with the command for somebody who may, and that command is to be the only one.
+# need_packages PACKAGE...: installs what is missing. A script calls it once, with all that it needs: if this user may
+# not install, it ends with one command for somebody who may.
 need_packages() {
     local missing=() package
     for package in "$@"; do

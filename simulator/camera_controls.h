@@ -66,7 +66,7 @@ struct Control {
 [[nodiscard]] std::vector<std::uint8_t> encode(const Control &control, std::int32_t ControlField::*property);
 
 /// The numbers of a setting; nothing when the length is wrong or a field lies outside its range. A number
-/// that is not a multiple of the resolution passes: the camera keeps it as it is.
+/// that is not a multiple of the step (GET_RES) passes: the camera keeps it as it is.
 [[nodiscard]] std::optional<std::array<std::int32_t, 2>> decodeSetting(const Control &control,
                                                                        std::span<const std::uint8_t> data);
 

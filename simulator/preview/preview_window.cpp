@@ -97,7 +97,7 @@ void paintUnplugged(QPainter &painter, const QRect &picture, const QFont &font) 
                      u"Cámara desconectada"_s);
 }
 
-/// Tells screen readers what `widget` is: they take a plain one for filling. Qt's cache owns the interface.
+/// Tells screen readers what `widget` is: they take a plain one for a filler. Qt's cache owns the interface.
 void presentAs(QAccessible::Role role, QWidget &widget, const QString &name) {
     widget.setAccessibleName(name);
     QAccessible::registerAccessibleInterface(new QAccessibleWidget(&widget, role));

@@ -18,8 +18,8 @@ class MainWindow : public QMainWindow {
     explicit MainWindow(AppDelegate &delegate);
 
     void centre();
-    /// Takes the size of the last use and, where the system lets programs place windows and that place is on
-    /// a screen, the place.
+    /// Takes the size of the last use. Takes its place too, if the system lets programs place windows and the
+    /// place is on a screen.
     void restoreFrame();
     /// Shows `view`, which must outlive the window, as the window's content.
     void setContent(ContentView &view);

@@ -19,7 +19,7 @@ constexpr int kWidth = 360;
 MenuStrip::MenuStrip(const MainMenu &menu) : bar_(new QMenuBar(this)) {
     setObjectName(QStringLiteral("menuStrip"));
     setWindowTitle(QString::fromUtf8(product::kApplicationName));
-    // A window to screen readers, which take a plain widget for filling. Qt's cache owns the interface.
+    // A window to screen readers, which take a plain widget for a filler. Qt's cache owns the interface.
     QAccessible::registerAccessibleInterface(new QAccessibleWidget(this, QAccessible::Window));
     bar_->setNativeMenuBar(false);
     menu.fill(*bar_);

@@ -41,7 +41,7 @@ class WaitableChildren {
     bool changed_ = false;
 };
 
-/// Gives a child the default action of SIGPIPE back, which this program ignores.
+/// Gives a child back the default action of SIGPIPE, a signal that this program ignores.
 class SpawnAttributes {
  public:
     SpawnAttributes() {

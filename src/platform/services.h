@@ -62,8 +62,8 @@ class FilePanels {
 class CommandShell {
  public:
     virtual ~CommandShell() = default;
-    /// Runs /bin/bash -c with `arguments` behind it, the standard streams inherited, and waits until it ends
-    /// (no limit of time; the interface stands still). Its exit status, or the signal's number.
+    /// Runs /bin/bash -c with `arguments` behind it, the standard streams inherited, and waits until it ends,
+    /// however long that takes; the window does not react meanwhile. Its exit status, or the signal's number.
     virtual std::int32_t run(const std::vector<std::string> &arguments) = 0;
 };
 

@@ -9,7 +9,8 @@
 /// several requests and waits for each (see usb::kRequestTimeout). A camera that is plugged in while the
 /// program runs is found only where the system announces new devices (udev).
 ///
-/// A missing camera prints nothing; any other failure prints one "ERROR:  " line on standard error.
+/// A missing camera prints nothing; any other failure prints one "ERROR:  " line on standard error. Another
+/// one, once for each file, names a file that this user may not open.
 ///
 /// Pan and tilt are in the camera's units of 1/3600 degree, zoom in the camera's own units.
 ///

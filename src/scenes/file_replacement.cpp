@@ -22,7 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // The name of a temporary file: this and as many hexadecimal digits. A room's file ends in "presets", a
-// folder is not a regular file, so nothing that people name in the window is ever taken for one.
+// folder is not a regular file: nothing that people name in the window is ever taken for one.
 constexpr std::string_view kPrefix = ".escena-nueva.";
 constexpr std::size_t kDigits = 16;
 
@@ -55,7 +55,7 @@ std::error_code fill(std::FILE *file, std::string_view text, std::optional<mode_
         return lastError();
     // Some disks keep no access mode; the scenes matter more.
     if (mode) std::ignore = ::fchmod(::fileno(file), *mode);
-    // EINVAL: a file system that cannot be told to write.
+    // EINVAL: a file system that does not support fsync.
     if (::fsync(::fileno(file)) != 0 && errno != EINVAL) return lastError();
     return {};
 }

@@ -15,7 +15,8 @@ namespace scenes {
 [[nodiscard]] std::error_code replaceFile(const std::filesystem::path &path, std::string_view text);
 
 /// Removes the temporary files that killed programs have left in `folder` and in the folders below it.
-/// Follows no link below `folder`. Never removes one that a running program is writing, nor any other file.
+/// Follows no link below `folder` and removes no other file. One that a running program has locked stays; one
+/// that it has just made, or locks out of our sight, may go, and replaceFile() writes that one again.
 void removeAbandonedFiles(const std::filesystem::path &folder);
 
 }  // namespace scenes

@@ -18,7 +18,7 @@ void PresetToFile(const std::string &Path, const std::vector<ManualPreset> &arra
 /// Reads the scenes of one room. Links are followed, out of the store too. What is not a scene file, not a
 /// regular file or larger than 64 MiB gives an empty list and a line "cant read… " with the reason. Without a
 /// Documents folder the list is empty and nothing is printed. Base64 text that does not decrypt to base64
-/// text is a fatal stop, as most damaged files are.
+/// text is a fatal stop; so most damaged files end the program.
 [[nodiscard]] std::vector<ManualPreset> FileToPreset(const std::string &Path);
 
 namespace scenes {

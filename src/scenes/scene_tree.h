@@ -24,12 +24,12 @@ extern std::vector<std::string> ListaEscenas;    ///< names of the selected room
 /// killed program left in the store. The placeholder centre is always in the tree. What cannot be listed
 /// prints "No folder" and counts as empty; what cannot be decoded counts as a room without scenes. A room's
 /// name ends at the first "." of its file's name. Of several files of one room all are read, and the scenes
-/// of the one that the next save replaces are taken. A file in a centre whose name is dots only is a fatal
-/// stop, as is a file at which FileToPreset() stops.
+/// of the one that the next save replaces are taken. An entry of a centre's folder with a name of dots only
+/// is a fatal stop, as is a file at which FileToPreset() stops.
 [[nodiscard]] SceneTree obtenerPresets();
 
-/// Makes a directory, with those above it, unless it is there. Otherwise prints its URL and, on failure or
-/// when guardedPath() refuses it, "Unable to create directory" and the reason.
+/// Makes a directory, with those above it, and prints its URL; on failure, or when guardedPath() refuses it,
+/// also "Unable to create directory" and the reason. Prints nothing when it is there and can be listed.
 void crearDirectorioSiNoExiste(const std::string &newPath);
 
 /// Removes a file or directory with all that it contains; a symbolic link is removed, not followed. Never

@@ -6,7 +6,7 @@ namespace scenes {
 
 /// What a walk through the store comes across. Paths are relative to Documents. A centre or a room may come
 /// several times, also in another spelling of the same name (see sameName()): several files may stand for one
-/// room. The last one counts; if there is one that the next save of the room replaces, it is that one.
+/// room. The last one counts. It is the file that the next save of the room replaces, if there is one.
 class StoreVisitor {
  public:
     virtual ~StoreVisitor() = default;

@@ -52,7 +52,7 @@ bool isVideoNode(const std::string &path) {
     return path.starts_with("/dev/video");
 }
 
-/// Whether a driver has it that is not for cameras, and through which no program can use it.
+/// Whether a driver that is not for cameras holds it, so that no program can use it.
 bool isHeldByOtherDriver(const Facts &facts) {
     const usb::InterfaceReport &access = *facts.access;
     return access.driver && access.driver != kProgramsDriver && !usesKernelDriver(facts) &&
@@ -192,7 +192,7 @@ Section accessFindings(const Facts &facts) {
         section.lines.push_back({State::Information, "El sistema no dice cómo se llega a la cámara", {}});
     } else {
         section.lines.push_back(driverLine(facts));
-        // The file is busy because of that driver, which the line before has told.
+        // The file is busy because of that driver, as the line above says.
         if (!isHeldByOtherDriver(facts) || facts.access->access != usb::Outcome::busy)
             section.lines.push_back(permissionLine(*facts.access));
         section.lines.push_back(programsLine(facts));

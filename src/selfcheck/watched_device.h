@@ -11,7 +11,7 @@
 
 namespace selfcheck {
 
-/// One request that was put to a device, or that could not be because the device did not open.
+/// One request that was put to a device.
 struct WatchedRequest {
     std::uint8_t code = 0;  ///< bRequest
     usb::Outcome outcome = usb::Outcome::done;
@@ -38,7 +38,7 @@ struct RequestLog {
 class WatchedDevice : public usb::Device {
  public:
     enum class Orders {
-        Refused,  ///< whatever is no GET fails without being sent: the device can be looked at, not moved
+        Refused,  ///< anything but a GET fails without being sent: the device can be read, not moved
         Sent
     };
 

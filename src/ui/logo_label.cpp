@@ -19,7 +19,7 @@ constexpr int kMargin = 4;
 LogoLabel::LogoLabel(const QString &asset, QSize pictureSize, QWidget *parent)
     : QWidget(parent), asset_(asset) {
     initAssets();
-    // A picture to screen readers, which take a plain widget for filling. Qt's cache owns the interface.
+    // A picture to screen readers, which take a plain widget for a filler. Qt's cache owns the interface.
     QAccessible::registerAccessibleInterface(new QAccessibleWidget(this, QAccessible::Graphic));
     setFixedSize(pictureSize + QSize(2 * kMargin, 2 * kMargin));
 }

@@ -39,8 +39,7 @@ class UVCType {
     static constexpr std::size_t notFound = ~std::size_t{0};
 
     /// Parses a type description: "{S4 pan; S4 tilt}", "{U2}". Names are taken in lower case. Null when the
-    /// text is not a description; a warning on standard error tells why, except for braces without a field
-    /// and for a null `text`.
+    /// text is not a description; a warning on standard error tells why, except for "{}", "{" and null.
     [[nodiscard]] static std::shared_ptr<const UVCType> uvcTypeWithCString(const char *text);
 
     /// A type of `fieldCount` fields; names are copied as they are. Null when there is no field, a name is

@@ -8,7 +8,7 @@
 namespace uvc {
 
 /// Reads a type description. Nothing when it is not one; a warning on standard error tells why, except for
-/// braces without a field.
+/// "{}" and "{".
 [[nodiscard]] std::optional<std::vector<Field>> parseTypeDescription(const char *text);
 
 }  // namespace uvc

@@ -56,7 +56,7 @@ QStringList textsOf(const QWidget &panel) {
     return texts;
 }
 
-/// Words of Qt's English panels that are no Spanish ones.
+/// Words of Qt's English panels that Spanish does not have.
 void expectNoEnglish(const QStringList &texts) {
     static const QRegularExpression english(
         QStringLiteral(

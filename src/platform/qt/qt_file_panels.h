@@ -13,7 +13,7 @@ namespace platform {
 class QtFilePanels final : public FilePanels {
  public:
     /// The panel belongs to the window in front, stays above the others and does not block them; it asks
-    /// before an existing file is named. `chosen` runs from the event loop once the panel has left the
+    /// before an existing file is chosen. `chosen` runs from the event loop once the panel has left the
     /// screen.
     void beginSavePanel(const std::string &name, const std::optional<std::string> &folder,
                         std::function<void(std::string)> chosen) override;
