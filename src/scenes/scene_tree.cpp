@@ -61,7 +61,7 @@ class TreeLoader : public scenes::StoreVisitor {
     SceneTree &tree_;
 };
 
-/// `file://` and the percent-encoded path, a trailing "/" when it is a directory.
+/// `file://` and the percent-encoded path, a trailing "/" when it is a folder.
 std::string urlOf(const std::string &path) {
     const QString text = QString::fromUtf8(path.data(), static_cast<qsizetype>(path.size()));
     QByteArray url = QUrl::fromLocalFile(text).toEncoded();

@@ -8,7 +8,7 @@
 #include "scenes/name_order.h"
 #include "scenes/store_paths.h"
 
-/// The store: Documents/Presets, one directory per centre, one scene file per room, loaded into memory as a
+/// The store: Documents/Presets, one folder per centre, one scene file per room, loaded into memory as a
 /// whole. Everything here belongs to the user-interface thread. Paths are relative to Documents; a platform
 /// that knows no Documents folder is a fatal stop.
 
@@ -28,11 +28,11 @@ extern std::vector<std::string> ListaEscenas;    ///< names of the selected room
 /// is a fatal stop, as is a file at which FileToPreset() stops.
 [[nodiscard]] SceneTree obtenerPresets();
 
-/// Makes a directory, with those above it, and prints its URL; on failure, or when guardedPath() refuses it,
+/// Makes a folder, with those above it, and prints its URL; on failure, or when guardedPath() refuses it,
 /// also "Unable to create directory" and the reason. Prints nothing when it is there and can be listed.
 void crearDirectorioSiNoExiste(const std::string &newPath);
 
-/// Removes a file or directory with all that it contains; a symbolic link is removed, not followed. Never
+/// Removes a file or folder with all that it contains; a symbolic link is removed, not followed. Never
 /// removes the store's folder itself or what guardedPath() refuses. Prints the URL; a failure, a missing item
 /// included, prints "Unable to create directory" (as creating does; wanted) and the reason.
 void eliminarDirectorio(const std::string &newPath);

@@ -9,11 +9,11 @@ inline const std::string PresetsFolder = "Presets";
 
 namespace scenes {
 
-/// The centre under which rooms without a centre are shown. Never a directory: their files lie in Presets
+/// The centre under which rooms without a centre are shown. Never a folder: their files lie in Presets
 /// itself.
 inline const std::string kNoCentre = " Sin grupo";
 
-/// Path of a centre's directory, relative to Documents.
+/// Path of a centre's folder, relative to Documents.
 [[nodiscard]] std::string centrePath(const std::string &centre);
 
 /// Path of a room's scene file, relative to Documents: "Presets/Norte/Sala.presets", "Presets/Sala.presets"

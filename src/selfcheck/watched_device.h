@@ -28,11 +28,11 @@ struct RequestLog {
 };
 
 /// A device whose requests are watched: it passes them on to another device, notes how each ended, and gives
-/// up after the first that shows the device to be out of reach, so that a dead camera costs one time-out and
+/// up after the first that shows the device to be out of reach, so that a dead camera costs one timeout and
 /// not a dozen.
 ///
 /// A request that takes too long counts as such a sign too: the kernel's driver waits up to 5 s for each
-/// transfer, so that a nearly dead camera would block for long without a single time-out. Too long is more
+/// transfer, so that a nearly dead camera would block for long without a single timeout. Too long is more
 /// than `patience` for GET_CUR and SET_CUR, and four times that for the other requests, for which the driver
 /// may have to read all four limits of the control.
 class WatchedDevice : public usb::Device {
