@@ -60,6 +60,13 @@ std::error_code fill(std::FILE *file, std::string_view text, std::optional<mode_
     return {};
 }
 
+/// The name is on disk when the folder is. A folder that cannot be told to write keeps the old or the new
+/// file when the power fails.
+void flushFolder(const fs::path &folder) {
+    const FileHandle handle(std::fopen(folder.c_str(), "re"));
+    if (handle) std::ignore = ::fsync(::fileno(handle.get()));
+}
+
 std::error_code replaceOnce(const fs::path &path, std::string_view text, std::optional<mode_t> mode) {
     const fs::path temporary = path.parent_path() / temporaryName();
     const FileHandle file(std::fopen(temporary.c_str(), "wbxe"));
@@ -69,7 +76,11 @@ std::error_code replaceOnce(const fs::path &path, std::string_view text, std::op
 
     std::error_code failure = fill(file.get(), text, mode);
     if (!failure && std::rename(temporary.c_str(), path.c_str()) != 0) failure = lastError();
-    if (failure) ::unlink(temporary.c_str());
+    if (failure) {
+        ::unlink(temporary.c_str());
+    } else {
+        flushFolder(path.parent_path());
+    }
     return failure;
 }
 
