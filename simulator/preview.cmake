@@ -1,4 +1,4 @@
-zel_library(simulator_preview
+zel_library(simulator_preview MOC
     SOURCES
         preview/artwork.cpp
         preview/blackboard.cpp
