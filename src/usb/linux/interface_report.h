@@ -17,7 +17,7 @@ struct ProgramHolding {
     std::string name;  ///< as the kernel keeps it: at most 15 bytes, UTF-8 or not
 
     /// Whether it has picture buffers of the camera in its memory, as most programs do while they stream.
-    /// One that takes its pictures in another way streams unseen.
+    /// One that takes its pictures by other means streams unseen.
     bool streams = false;
 };
 

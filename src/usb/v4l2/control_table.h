@@ -12,7 +12,7 @@
 /// scales nothing, so that a V4L2 number is the raw UVC number wherever the coding is Coding::number.
 namespace usb::v4l2 {
 
-/// The unit ids that the camera library puts into its requests. They name the kind of unit, and on this way
+/// The unit ids that the camera library puts into its requests. They name the kind of unit, and here
 /// they reach it whatever id the camera's descriptors give it: the kernel knows that one itself.
 inline constexpr std::uint8_t kCameraTerminal = 1;
 inline constexpr std::uint8_t kProcessingUnit = 2;

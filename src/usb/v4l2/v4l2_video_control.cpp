@@ -50,8 +50,8 @@ bool processingUnitHas(std::span<const std::uint8_t> descriptors, unsigned bit) 
     return false;
 }
 
-/// Whether V4L2's one name for the two ways of automatic white balance means, on this camera, the other one
-/// than `selector`: it means auto-white-balance-temp on a camera with both.
+/// V4L2 has one name for the two controls of automatic white balance. Whether it means, on this camera, the
+/// other one than `selector`: on a camera with both it means auto-white-balance-temp.
 bool meansOtherWhiteBalance(std::span<const std::uint8_t> descriptors, std::uint8_t selector) {
     if (selector == kAutoWhiteBalanceComponent)
         return processingUnitHas(descriptors, kAutoWhiteBalanceTempBit);

@@ -19,7 +19,7 @@ namespace usb {
 /// opens the camera's video node, and this object keeps it to its end: an open node excludes nobody, and to
 /// open it costs more than a request. One that has answered as gone is looked up anew at the next opening.
 ///
-/// Outcome::refused answers whatever V4L2 has no way to say: a control that the kernel does not map, GET_LEN,
+/// Outcome::refused answers what V4L2 cannot say: a control that the kernel does not map, GET_LEN,
 /// a speed or an exposure mode that the camera does not have (the kernel would take another) and, of the
 /// exposure mode, GET_MIN and GET_MAX. Any other setting outside the camera's limits goes to the nearest one.
 /// The kernel rounds a setting to the camera's resolution, counted from its minimum.
