@@ -76,7 +76,6 @@ int UsbNode::answer(UMockdevIoctlClient *client) {
             return gone ? ENODEV : discard(argument);
         case USBDEVFS_IOCTL:  // carries the order to detach a driver
         case USBDEVFS_DISCONNECT_CLAIM:
-            detachTried_ = true;
             return EPERM;
         default:
             return ENOTTY;
@@ -141,8 +140,7 @@ void UsbNode::transfer(Pending &pending) {
     const bool isGet = (setup.requestType & 0x80) != 0;
     if (accepted && isGet) std::ranges::copy(data, bytes.begin() + kSetupBytes);
 
-    const int moved = static_cast<int>(data.size()) - (isGet && shortAnswers_ ? 1 : 0);
-    finish(pending.urb.get(), accepted ? 0 : -EPIPE, accepted ? moved : 0);
+    finish(pending.urb.get(), accepted ? 0 : -EPIPE, accepted ? static_cast<int>(data.size()) : 0);
     pending.finished = true;
 }
 

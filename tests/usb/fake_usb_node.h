@@ -31,12 +31,8 @@ class UsbNode {
     void pullOut();
     /// From now on another driver holds the interfaces, or does so no longer.
     void holdElsewhere(bool held = true) { heldElsewhere_ = held; }
-    /// Answers to GET requests come one byte short.
-    void shortenAnswers() { shortAnswers_ = true; }
 
     [[nodiscard]] int claimedInterfaces() const;
-    /// Whether anybody has tried to take a driver off an interface.
-    [[nodiscard]] bool wasDetachTried() const { return detachTried_; }
 
  private:
     /// A request between submission and reaping.
@@ -66,8 +62,6 @@ class UsbNode {
     std::uint32_t claimed_ = 0;  // a bit for each interface
     bool gone_ = false;
     std::atomic<bool> heldElsewhere_ = false;
-    std::atomic<bool> shortAnswers_ = false;
-    std::atomic<bool> detachTried_ = false;
 };
 
 }  // namespace fake

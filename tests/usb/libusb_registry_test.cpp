@@ -7,7 +7,6 @@
 
 namespace {
 
-using contract::Camera;
 using contract::CameraModel;
 using contract::interfacesOf;
 using usb::Outcome;
@@ -53,8 +52,6 @@ class LibusbRegistryTest : public testing::Test {
     }
 
     LibusbRig rig;
-    Camera camera = std::make_shared<CameraModel>();
-    std::array<std::uint8_t, 2> zoom{};
 };
 
 const Bytes kVendorInterface{0x09, 0x04, 0x00, 0x00, 0x00, 0xFF, 0x01, 0x00, 0x00};
@@ -85,25 +82,6 @@ TEST_F(LibusbRegistryTest, FindsNothingWhereNoConfigurationIsActive) {
     ASSERT_NE(device, nullptr);
     EXPECT_EQ(device->vendorId(), 0x2574);
     EXPECT_EQ(device->registryName(), std::nullopt);
-}
-
-TEST_F(LibusbRegistryTest, NeverTakesADriverOffTheInterface) {
-    rig.plug(camera, 1, {2});
-    rig.holdElsewhere(camera);
-    const auto interfaces = interfacesOf(rig);
-    ASSERT_EQ(interfaces.size(), 1u);
-    EXPECT_EQ(interfaces.front()->open(), Outcome::busy);
-    EXPECT_FALSE(rig.usbfs.nodeOf(camera).wasDetachTried());
-}
-
-TEST_F(LibusbRegistryTest, TakesAShortAnswerForAFailure) {
-    rig.plug(camera, 1, {2});
-    rig.usbfs.nodeOf(camera).shortenAnswers();
-    const auto interfaces = interfacesOf(rig);
-    ASSERT_EQ(interfaces.size(), 1u);
-    ASSERT_EQ(interfaces.front()->open(), Outcome::done);
-    EXPECT_EQ(interfaces.front()->controlRequest(contract::kGetZoom, zoom), Outcome::failed);
-    EXPECT_EQ(camera->transfers().size(), 1u);
 }
 
 }  // namespace

@@ -6,10 +6,8 @@
 
 #include <algorithm>
 #include <csignal>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <thread>
 
 #include "usb/linux/interface_report.h"
 #include "usb/linux/linux_video_control.h"
@@ -61,10 +59,6 @@ class LinuxRegistryTest : public testing::Test {
         EXPECT_EQ(control.close(), Outcome::done);
         return outcome;
     }
-    Outcome setZoom(usb::VideoControl &control, std::uint8_t zoom) {
-        Bytes data{zoom, 0};
-        return request(control, kSetZoom, data);
-    }
 
     [[nodiscard]] std::optional<usb::InterfaceReport> inspect(std::uint32_t locationId) const {
         return usb::inspectInterface(registry, locationId);
@@ -76,22 +70,6 @@ class LinuxRegistryTest : public testing::Test {
     static constexpr std::uint32_t kLocation = 0x01200000;
     const Ports kPorts{2};
 };
-
-TEST_F(LinuxRegistryTest, TakesTheOtherWayAsSoonAsTheDriverComesOrGoes) {
-    rig.plug(camera, 1, kPorts);
-    const auto control = interfaceAt(kLocation);
-    ASSERT_NE(control, nullptr);
-    EXPECT_EQ(setZoom(*control, 10), Outcome::done);
-
-    rig.usbfs.bindDriver(camera);
-    EXPECT_EQ(setZoom(*control, 20), Outcome::done);
-    EXPECT_EQ(camera->target().zoom, 20);
-    EXPECT_FALSE(rig.usbfs.nodeOf(camera).wasDetachTried());
-
-    rig.usbfs.unbindDriver(camera);
-    EXPECT_EQ(setZoom(*control, 30), Outcome::done);
-    EXPECT_EQ(camera->target().zoom, 30);
-}
 
 TEST_F(LinuxRegistryTest, GoesOnThroughLibusbWhenTheDriverGoesUnderAnOpenInterface) {
     const auto control = boundInterface();
@@ -107,56 +85,12 @@ TEST_F(LinuxRegistryTest, GoesOnThroughLibusbWhenTheDriverGoesUnderAnOpenInterfa
     EXPECT_EQ(rig.openInterfaces(), 0);
 }
 
-TEST_F(LinuxRegistryTest, MovesTheRightOneOfTwoEqualCamerasWhateverTheirNodesAreCalled) {
-    const Camera other = std::make_shared<CameraModel>();
-    rig.plug(camera, 1, {2});
-    rig.plug(other, 1, {3});
-    rig.usbfs.bindDriver(other);         // video0, video1
-    rig.usbfs.bindDriver(camera, true);  // video2 for metadata, video3
-    const auto control = interfaceAt(kLocation);
-    ASSERT_NE(control, nullptr);
-    EXPECT_EQ(setZoom(*control, 10), Outcome::done);
-    EXPECT_EQ(camera->target().zoom, 10);
-
-    // Plugged in again it is another device with nodes of other numbers: the old interface is not its.
-    rig.unplug(camera);
-    rig.plug(camera, 1, {2});
-    rig.usbfs.bindDriver(camera);
-    ASSERT_EQ(rig.usbfs.videoNodesOf(camera).front(), "/dev/video4");
-    EXPECT_EQ(setZoom(*control, 99), Outcome::disconnected);
-    const auto again = interfaceAt(kLocation);
-    ASSERT_NE(again, nullptr);
-    EXPECT_EQ(setZoom(*again, 20), Outcome::done);
-    EXPECT_EQ(camera->target().zoom, 20);
-    EXPECT_TRUE(other->transfers().empty());
-}
-
 TEST_F(LinuxRegistryTest, MovesAPositionBeyondTheCamerasLimitsToTheNearest) {
     const auto control = boundInterface();
     ASSERT_NE(control, nullptr);
     Bytes beyond{0xF2, 0x03};  // 1010
     EXPECT_EQ(request(*control, kSetZoom, beyond), Outcome::done);
     EXPECT_EQ(camera->target().zoom, 1000);
-}
-
-TEST_F(LinuxRegistryTest, AnswersForTheDriverWhatItsOwnRequestsWouldSay) {
-    const auto control = boundInterface();
-    ASSERT_NE(control, nullptr);
-    struct Row {
-        std::uint8_t request;
-        Bytes answer;
-    };
-    const std::vector<Row> panTilt{{0x82, {0x60, 0xA9, 0xF6, 0xFF, 0x20, 0x5A, 0xFE, 0xFF}},  // MIN
-                                   {0x83, {0xA0, 0x56, 0x09, 0x00, 0xA0, 0xF1, 0x04, 0x00}},  // MAX
-                                   {0x84, {0x10, 0x0E, 0x00, 0x00, 0x10, 0x0E, 0x00, 0x00}},  // RES
-                                   {0x87, {0, 0, 0, 0, 0, 0, 0, 0}},                          // DEF
-                                   {0x86, {0x03}}};                                           // INFO
-    for (const Row &row : panTilt) {
-        const auto length = static_cast<std::uint16_t>(row.answer.size());
-        Bytes answer(length, 0xEE);
-        EXPECT_EQ(request(*control, getRequest(row.request, 1, 0x0D, length), answer), Outcome::done);
-        EXPECT_EQ(answer, row.answer) << int{row.request};
-    }
 }
 
 TEST_F(LinuxRegistryTest, RefusesWithoutATransferWhatV4l2CannotSay) {
@@ -230,28 +164,6 @@ TEST_F(LinuxRegistryTest, RenumbersTheExposureModeAndTellsTheModesThatTheCameraH
     EXPECT_EQ(request(*control, setRequest(1, 0x02, 1), mode), Outcome::refused);
 }
 
-TEST_F(LinuxRegistryTest, SaysOnceWhichFileMayNotBeOpened) {
-    // A bus of its own: no other test may have had its file named, which happens once in a process.
-    rig.plug(camera, 7, kPorts);
-    const auto control = interfaceAt(0x07200000);
-    ASSERT_NE(control, nullptr);
-    const auto complaints = [&] {
-        testing::internal::CaptureStderr();
-        rig.withoutRights(camera, [&] {
-            EXPECT_EQ(control->open(), Outcome::denied);
-            EXPECT_EQ(control->open(), Outcome::denied);
-        });
-        return testing::internal::GetCapturedStderr();
-    };
-    const auto oneLineAbout = [](const std::string &path) {
-        return testing::MatchesRegex("ERROR:  no permission to open " + path + " [^\n]*\n");
-    };
-    EXPECT_THAT(complaints(), oneLineAbout("/dev/bus/usb/007/[0-9]+"));
-    rig.usbfs.bindDriver(camera);
-    EXPECT_THAT(complaints(), oneLineAbout(rig.usbfs.videoNodesOf(camera).front()));
-    EXPECT_EQ(complaints(), "");
-}
-
 TEST_F(LinuxRegistryTest, ReportsWhoHoldsTheInterfaceAndWhetherThisUserMayOpenIt) {
     rig.plug(camera, 1, kPorts);
     const auto report = [&] { return inspect(kLocation).value_or(usb::InterfaceReport()); };
@@ -303,32 +215,6 @@ TEST(ProgramScan, TellsAProgramThatHasTheFileInItsMemory) {
     ASSERT_EQ(scan.programs.size(), 1u);
     EXPECT_EQ(scan.programs.front().processId, child);
     EXPECT_TRUE(scan.programs.front().streams);
-}
-
-TEST_F(LinuxRegistryTest, ReportsTheProgramThatHasTheNodeOpen) {
-    rig.plug(camera, 1, kPorts);
-    rig.usbfs.bindDriver(camera);
-    // A shell that holds the file open until its input ends, and then says no more.
-    const std::string ready = testing::TempDir() + "node-is-open";
-    const std::string command = "exec 9<'" + rig.usbfs.fileOf(rig.usbfs.videoNodesOf(camera).front()) +
-                                "'; echo $$ >'" + ready + ".new'; mv '" + ready + ".new' '" + ready +
-                                "'; read end";
-    std::FILE *const shell = ::popen(command.c_str(), "w");
-    ASSERT_NE(shell, nullptr);
-    while (!std::filesystem::exists(ready)) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    pid_t child = 0;
-    std::ifstream(ready) >> child;
-    std::filesystem::remove(ready);
-
-    const auto report = inspect(kLocation);
-    ASSERT_TRUE(report.has_value());
-    ASSERT_EQ(report->programs.size(), 1u);
-    EXPECT_EQ(report->programs.front().processId, child);
-    EXPECT_EQ(report->programs.front().name, "sh");
-    EXPECT_FALSE(report->programs.front().streams);
-
-    ::pclose(shell);
-    EXPECT_THAT(inspect(kLocation).value_or(usb::InterfaceReport()).programs, testing::IsEmpty());
 }
 
 }  // namespace
