@@ -1,6 +1,5 @@
 #include "app/menu_strip.h"
 
-#include <QAccessibleWidget>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMenuBar>
@@ -8,6 +7,7 @@
 
 #include "app/main_menu.h"
 #include "app/product.h"
+#include "platform/qt/accessible_role.h"
 #include "platform/qt/window_order.h"
 
 namespace {
@@ -19,8 +19,7 @@ constexpr int kWidth = 360;
 MenuStrip::MenuStrip(const MainMenu &menu) : bar_(new QMenuBar(this)) {
     setObjectName(QStringLiteral("menuStrip"));
     setWindowTitle(QString::fromUtf8(product::kApplicationName));
-    // A window to screen readers, which take a plain widget for a filler. Qt's cache owns the interface.
-    QAccessible::registerAccessibleInterface(new QAccessibleWidget(this, QAccessible::Window));
+    platform::setAccessibleRole(*this, QAccessible::Window);
     bar_->setNativeMenuBar(false);
     menu.fill(*bar_);
 

@@ -1,6 +1,7 @@
 #include "ui/logo_label.h"
 
-#include <QAccessibleWidget>
+#include "platform/qt/accessible_role.h"
+
 #include <QPainter>
 #include <QSvgRenderer>
 
@@ -19,8 +20,7 @@ constexpr int kMargin = 4;
 LogoLabel::LogoLabel(const QString &asset, QSize pictureSize, QWidget *parent)
     : QWidget(parent), asset_(asset) {
     initAssets();
-    // A picture to screen readers, which take a plain widget for a filler. Qt's cache owns the interface.
-    QAccessible::registerAccessibleInterface(new QAccessibleWidget(this, QAccessible::Graphic));
+    platform::setAccessibleRole(*this, QAccessible::Graphic);
     setFixedSize(pictureSize + QSize(2 * kMargin, 2 * kMargin));
 }
 
