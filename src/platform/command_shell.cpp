@@ -41,7 +41,8 @@ class WaitableChildren {
     bool changed_ = false;
 };
 
-/// Gives a child back the default action of SIGPIPE, a signal that this program ignores.
+/// Gives a child the default action of SIGPIPE back, which this program ignores. That is wanted, for the
+/// export's zip too: a command that nobody reads any more ends, as it would in a terminal.
 class SpawnAttributes {
  public:
     SpawnAttributes() {

@@ -49,8 +49,9 @@ using PositionDictionary = std::map<std::string, std::int64_t, std::less<>>;
 /// whose raw value does not fit 32 bits is a fatal stop.
 void ZEL_SetPanTiltPosition(std::int64_t Pan, std::int64_t Tilt);
 
-/// Changes the zoom by `avance` raw units, not below 0. Nothing is clamped above: the camera limits it, up to
-/// the 65535 that setZoomPosition() takes. A zoom above the signed 32-bit range is a fatal stop.
+/// Changes the zoom by `avance` raw units, not below 0. Up to 65535 the camera limits it. Above that
+/// the number wraps to 16 bits, see setZoomPosition(): this is wanted. A zoom above the signed 32-bit range
+/// is a fatal stop.
 void ZoomMove(std::int64_t avance);
 
 /// Moves by whole display units from where the camera points. Nothing is clamped here; a sum that overflows
