@@ -19,18 +19,17 @@ class SingleInstance : public FolderTest {
  protected:
     using Claimed = std::unique_ptr<platform::SingleInstance>;
 
-    static Claimed claim(std::chrono::milliseconds patience = 5s) {
-        return platform::SingleInstance::claim(QStringLiteral("zel"), patience);
+    [[nodiscard]] Claimed claim(std::chrono::milliseconds patience = 5s) const {
+        return platform::SingleInstance::claim(QStringLiteral("zel"), QString::fromStdString(path()),
+                                               patience);
     }
 
     /// Starts a second copy; meanwhile this one's events are looked at. Whether the second may run.
-    static bool mayStartAgain() {
-        auto second = std::async(std::launch::async, [] { return claim() != nullptr; });
+    [[nodiscard]] bool mayStartAgain() const {
+        auto second = std::async(std::launch::async, [this] { return claim() != nullptr; });
         while (second.wait_for(5ms) != std::future_status::ready) QCoreApplication::processEvents();
         return second.get();
     }
-
-    const ScopedVariable runtimeFolder_{"XDG_RUNTIME_DIR", path().c_str()};
 };
 
 TEST_F(SingleInstance, SecondStartAsksTheFirstToShowItself) {
@@ -71,15 +70,22 @@ TEST_F(SingleInstance, CopyThatEndsLocksNobodyOut) {
     ASSERT_TRUE(first);
     EXPECT_FALSE(mayStartAgain());
 
-    auto second = std::async(std::launch::async, [] { return claim() != nullptr; });
+    auto second = std::async(std::launch::async, [this] { return claim() != nullptr; });
     EXPECT_EQ(second.wait_for(200ms), std::future_status::timeout);
     first.reset();
     EXPECT_TRUE(second.get()) << "the first ended before it answered";
 }
 
 TEST_F(SingleInstance, ProgramRunsWhereNoLockCanBeHad) {
-    const ScopedVariable nowhere("XDG_RUNTIME_DIR", "/proc/nowhere");
-    EXPECT_TRUE(claim());
+    for (const auto *folder : {"", "/proc/nowhere"})
+        EXPECT_TRUE(platform::SingleInstance::claim(QStringLiteral("zel"), QString::fromLatin1(folder)));
+}
+
+TEST_F(SingleInstance, EnvironmentDoesNotChooseTheFolder) {
+    const QString before = platform::SingleInstance::lockFolder();
+    const ScopedVariable session("XDG_RUNTIME_DIR", path().c_str());
+    const ScopedVariable temporary("TMPDIR", path().c_str());
+    EXPECT_EQ(platform::SingleInstance::lockFolder(), before) << "two starts would open one store";
 }
 
 }  // namespace

@@ -5,12 +5,12 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QLocalSocket>
-#include <QStandardPaths>
 #include <QThread>
 #include <QtGlobal>
 
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -41,6 +41,13 @@ Reply askToShow(const QString &socket, QDeadlineTimer deadline) {
     return Reply::heard;
 }
 
+/// Whether `folder` is a real one that the user owns and nobody else can enter.
+bool isPrivate(const QString &folder) {
+    struct stat found {};
+    return lstat(QFile::encodeName(folder).constData(), &found) == 0 && S_ISDIR(found.st_mode) &&
+           found.st_uid == geteuid() && (found.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO)) == S_IRWXU;
+}
+
 void warnUnguarded(const QString &reason) {
     std::fprintf(stderr, "WARNING: a second copy of the program would not be noticed: %s\n",
                  qPrintable(reason));
@@ -57,13 +64,25 @@ void tellThatItRuns() {
 
 }  // namespace
 
-std::unique_ptr<SingleInstance> SingleInstance::claim(const QString &name,
+QString SingleInstance::lockFolder() {
+    const QString user = QString::number(geteuid());
+    if (const QString session = QStringLiteral("/run/user/") + user; isPrivate(session)) return session;
+    // Not QDir::tempPath(): that one follows TMPDIR.
+    const QString own = QStringLiteral("/tmp/zelvoria-") + user;
+    mkdir(QFile::encodeName(own).constData(), S_IRWXU);
+    return isPrivate(own) ? own : QString();
+}
+
+std::unique_ptr<SingleInstance> SingleInstance::claim(const QString &name, const QString &folder,
                                                       std::chrono::milliseconds patience) {
     std::unique_ptr<SingleInstance> instance(new SingleInstance);
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
     const QString socket = QDir(folder).filePath(name + QStringLiteral(".socket"));
     instance->lockFile_.setFileName(QDir(folder).filePath(name + QStringLiteral(".lock")));
-    if (folder.isEmpty() || !instance->lockFile_.open(QIODevice::ReadWrite)) {
+    if (folder.isEmpty()) {
+        warnUnguarded(QStringLiteral("no folder of the user's own for the lock"));
+        return instance;
+    }
+    if (!instance->lockFile_.open(QIODevice::ReadWrite)) {
         warnUnguarded(instance->lockFile_.errorString());
         return instance;
     }

@@ -19,15 +19,22 @@ class SingleInstance final : public QObject {
     /// How long a second start waits for an answer.
     static constexpr std::chrono::seconds kPatience{10};
 
-    /// Claims `name`, which must be usable as a file name. Null when another copy has it: that copy was asked
-    /// to come to the front, and the caller should end with status 0. A copy that is blocked by a camera
-    /// request or an import does so afterwards; this waits for its answer no longer than `patience`. If the
-    /// other copy cannot be reached at all, an alert tells the user that the program is open.
+    /// The user's own folder on this machine that takes the locks: that of the session in /run/user, else one
+    /// in /tmp. It does not depend on the environment, in which two starts of one user may differ. Empty when
+    /// there is none that nobody else can enter.
+    [[nodiscard]] static QString lockFolder();
+
+    /// Claims `name`, which must be usable as a file name, in `folder`. Null when another copy has it: that
+    /// copy was asked to come to the front, and the caller should end with status 0. A copy that is blocked
+    /// by a camera request or an import does so afterwards; this waits for its answer no longer than
+    /// `patience`. If the other copy cannot be reached at all, an alert tells the user that the program is
+    /// open.
     ///
     /// Without a lock (no folder for run-time files, say) the program runs all the same, and a WARNING line
     /// goes to the standard error: a lecture matters more.
     [[nodiscard]] static std::unique_ptr<SingleInstance> claim(
-        const QString &name, std::chrono::milliseconds patience = kPatience);
+        const QString &name, const QString &folder = lockFolder(),
+        std::chrono::milliseconds patience = kPatience);
 
  signals:
     /// The user started the program again and expects to see its window. While the slots run, the
