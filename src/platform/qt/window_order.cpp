@@ -13,6 +13,15 @@ void raiseAboveOthers(QWidget &window) {
     window.raise();
 }
 
+/// The alert or panel that is open: the modal one, else one that leaves the window usable and may cover it.
+QWidget *openDialog() {
+    if (QWidget *modal = QApplication::activeModalWidget()) return modal;
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && qobject_cast<QDialog *>(window)) return window;
+    }
+    return nullptr;
+}
+
 }  // namespace
 
 QWidget *windowInFront() {
@@ -35,10 +44,10 @@ void runInFront(QDialog &dialog) {
 }
 
 void bringProgramToFront(QWidget *window) {
-    QWidget *waiting = QApplication::activeModalWidget();
+    QWidget *dialog = openDialog();
     // One activation only: on Wayland the first would use up the token.
-    if (window && waiting) raiseAboveOthers(*window);
-    if (QWidget *front = waiting ? waiting : window) bringToFront(*front);
+    if (window && dialog) raiseAboveOthers(*window);
+    if (QWidget *front = dialog ? dialog : window) bringToFront(*front);
 }
 
 }  // namespace platform

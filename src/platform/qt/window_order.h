@@ -17,8 +17,8 @@ void bringToFront(QWidget &window);
 /// outlive it; the user cannot close that window meanwhile.
 void runInFront(QDialog &dialog);
 
-/// Brings the program to the front: `window` (may be null) and above it the modal alert or panel that is
-/// open, which then gets the focus.
+/// Brings the program to the front: `window` (may be null) and above it the alert or panel that is open,
+/// modal or not, which then gets the focus.
 void bringProgramToFront(QWidget *window);
 
 }  // namespace platform
