@@ -5,6 +5,7 @@
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTimer>
+#include <cstdio>
 #include <memory>
 
 #include "app/app_delegate.h"
@@ -40,9 +41,8 @@ class FoldersInside : public platform::UserFolders {
     QDir base_;
 };
 
-/// One copy per folder: each has a store of its own.
+/// One copy per folder: each has a store of its own. `folder` must exist.
 QString nameOfCopyIn(const QDir &folder) {
-    folder.mkpath(QStringLiteral("."));
     const QByteArray place = QFile::encodeName(folder.canonicalPath());
     return QCoreApplication::applicationName() + u'-' +
            QString::fromLatin1(QCryptographicHash::hash(place, QCryptographicHash::Sha1).toHex().left(16));
@@ -50,12 +50,17 @@ QString nameOfCopyIn(const QDir &folder) {
 
 }  // namespace
 
-/// zelvoria-camara-simulada [FOLDER]: FOLDER takes the store and all that the program remembers.
+/// zelvoria-camara-simulada [FOLDER]: FOLDER takes the store and all that the program remembers. Status 1 if
+/// it cannot be made.
 int main(int argc, char *argv[]) {
     QApplication application(argc, argv);
     const QString fallback = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
                              QStringLiteral("/zelvoria-camara-simulada");
     const QDir folder(QDir(argc > 1 ? QString::fromLocal8Bit(argv[1]) : fallback).absolutePath());
+    if (!folder.mkpath(QStringLiteral("."))) {
+        std::fprintf(stderr, "No se puede crear la carpeta %s\n", qPrintable(folder.path()));
+        return 1;
+    }
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.absolutePath());
     platform::startDesktop(application, product::kApplicationName);
     const auto instance = platform::SingleInstance::claim(nameOfCopyIn(folder));
