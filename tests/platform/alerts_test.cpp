@@ -74,7 +74,6 @@ TEST(Alerts, AnswerKeysClicksAndClosing) {
         {"Tab, Return", kConfirm, press({Qt::Key_Tab, Qt::Key_Return}), 1},
         {"clicked second", kConfirm, click("alertButton1"), 1},
         {"Escape, one button", kNotice, press({Qt::Key_Escape}), 0},
-        {"closed, one button", kNotice, kClose, 0},
         {"Escape in the field", kQuestion, press({Qt::Key_Escape}), 1},
         {"Escape answers the title, not the place", reversed, press({Qt::Key_Escape}), 0},
         {"Return answers the first, whatever its title", reversed, press({Qt::Key_Return}), 0},

@@ -24,21 +24,18 @@ constexpr const char *kTokenVariable = "XDG_ACTIVATION_TOKEN";
 constexpr qint64 kLongestQuestion = 4096;
 constexpr unsigned long kRetryMs = 50;
 
-enum class Reply { heard, tooBusy, nobody };
-
-/// Asks the copy behind `socket` to come to the front.
-Reply askToShow(const QString &socket, QDeadlineTimer deadline) {
+/// Asks the copy behind `socket` to come to the front. Whether it answered; if it did not although it was
+/// reached, it comes as soon as it can.
+bool askToShow(const QString &socket, QDeadlineTimer deadline) {
     QLocalSocket connection;
     connection.connectToServer(socket);
-    if (!connection.waitForConnected(static_cast<int>(deadline.remainingTime()))) return Reply::nobody;
+    if (!connection.waitForConnected(static_cast<int>(deadline.remainingTime()))) return false;
     connection.write(qgetenv(kTokenVariable) + '\n');
     connection.flush();
     while (connection.bytesAvailable() == 0) {
-        if (connection.waitForReadyRead(static_cast<int>(deadline.remainingTime()))) continue;
-        // It ended before it answered: its place may be free now.
-        return deadline.hasExpired() ? Reply::tooBusy : Reply::nobody;
+        if (!connection.waitForReadyRead(static_cast<int>(deadline.remainingTime()))) return false;
     }
-    return Reply::heard;
+    return true;
 }
 
 /// Whether `folder` is a real one that the user owns and nobody else can enter.
@@ -53,10 +50,13 @@ void warnUnguarded(const QString &reason) {
                  qPrintable(reason));
 }
 
-/// For the copy that runs but cannot be asked to show itself.
+/// For the copy that runs but does not answer.
 void tellThatItRuns() {
-    std::ignore = services().alerts->run({.messageText = "El programa ya está abierto",
-                                          .informativeText = "Búsquelo entre las ventanas abiertas.",
+    std::ignore = services().alerts->run({.messageText = "El programa ya está abierto, pero no responde",
+                                          .informativeText =
+                                              "Puede que espere a la cámara o que esté importando escenas. "
+                                              "Espere un momento y búsquelo entre las ventanas abiertas. Si "
+                                              "sigue sin responder, reinicie el ordenador.",
                                           .buttons = {"Aceptar"},
                                           .windowTitle = std::nullopt,
                                           .fieldText = std::nullopt});
@@ -98,7 +98,7 @@ std::unique_ptr<SingleInstance> SingleInstance::claim(const QString &name, const
             case Lock::taken:
                 break;
         }
-        if (askToShow(socket, deadline) != Reply::nobody) return nullptr;
+        if (askToShow(socket, deadline)) return nullptr;
         if (deadline.hasExpired()) {
             tellThatItRuns();
             return nullptr;

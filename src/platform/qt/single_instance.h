@@ -27,10 +27,10 @@ class SingleInstance final : public QObject {
     /// Claims `name`, which must be usable as a file name, in `folder`. Null when another copy has it: that
     /// copy was asked to come to the front, and the caller should end with status 0. A copy that is blocked
     /// by a camera request or an import does so afterwards; this waits for its answer no longer than
-    /// `patience`. If the other copy cannot be reached at all, an alert tells the user that the program is
-    /// open.
+    /// `patience`. Then an alert tells the user that the program is open and does not respond; this returns
+    /// when it is closed.
     ///
-    /// Without a lock (no folder for run-time files, say) the program runs all the same, and a WARNING line
+    /// Without a lock (no folder for it, say) the program runs all the same, and a WARNING line
     /// goes to the standard error: a lecture matters more.
     [[nodiscard]] static std::unique_ptr<SingleInstance> claim(
         const QString &name, const QString &folder = lockFolder(),
