@@ -14,7 +14,6 @@ using support::SimulatedCamera;
 using testing::internal::CaptureStderr;
 using testing::internal::GetCapturedStderr;
 
-constexpr std::uint8_t kGetMin = 0x82;
 constexpr std::uint8_t kGetInfo = 0x86;
 
 std::uint32_t littleEndian(const std::vector<std::uint8_t> &data, std::size_t at, std::size_t size) {
