@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <utility>
 
 #include "usb/v4l2/translation.h"
@@ -126,19 +125,19 @@ Outcome V4l2VideoControl::perform(const SetupPacket &setup, std::span<std::uint8
     const Rows rows = rowsFor(setup);
     if (rows.empty()) return Outcome::refused;
 
-    const Deadline deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kRequestTimeout);
-    if (setup.requestType == kSetRequestType) return set(rows, data, deadline);
+    Patience patience;
+    if (setup.requestType == kSetRequestType) return set(rows, data, patience);
 
     switch (setup.request) {
         case kGetCur:
-            return getCurrent(rows, data, deadline);
+            return getCurrent(rows, data, patience);
         case kGetInfo:
-            return getInfo(rows, data, deadline);
+            return getInfo(rows, data, patience);
         case kGetMin:
         case kGetMax:
         case kGetRes:
         case kGetDef:
-            return getLimit(setup.request, rows, data, deadline);
+            return getLimit(setup.request, rows, data, patience);
         default:
             return Outcome::refused;
     }
@@ -160,21 +159,21 @@ V4l2VideoControl::Rows V4l2VideoControl::rowsFor(const SetupPacket &setup) const
     return setup.length == length ? rows : Rows();
 }
 
-Outcome V4l2VideoControl::set(Rows rows, std::span<const std::uint8_t> data, Deadline deadline) {
+Outcome V4l2VideoControl::set(Rows rows, std::span<const std::uint8_t> data, Patience &patience) {
     std::vector<v4l2_ext_control> controls = controlsOf(rows);
     for (std::size_t i = 0; i < rows.size(); ++i) {
         auto number = v4l2::numberFrom(rows[i], data);
         if (!number) return Outcome::refused;
-        const Outcome allowed = applyLimits(rows[i], *number, deadline);
+        const Outcome allowed = applyLimits(rows[i], *number, patience);
         if (allowed != Outcome::done) return allowed;
         controls[i].value = *number;
     }
-    return outcomeOfRequest(node_->set(controls, deadline));
+    return outcomeOfRequest(node_->set(controls, patience));
 }
 
-Outcome V4l2VideoControl::applyLimits(const Row &row, std::int32_t &number, Deadline deadline) {
+Outcome V4l2VideoControl::applyLimits(const Row &row, std::int32_t &number, Patience &patience) {
     v4l2_query_ext_ctrl control{};
-    const Outcome asked = recall(row, control, deadline);
+    const Outcome asked = recall(row, control, patience);
     if (asked == Outcome::timedOut || asked == Outcome::disconnected) return asked;
     // A camera that does not tell its limits may still take the setting.
     if (asked != Outcome::done) return Outcome::done;
@@ -184,24 +183,24 @@ Outcome V4l2VideoControl::applyLimits(const Row &row, std::int32_t &number, Dead
     return allowed ? Outcome::done : Outcome::refused;
 }
 
-Outcome V4l2VideoControl::describe(const Row &row, v4l2_query_ext_ctrl &control, Deadline deadline) {
+Outcome V4l2VideoControl::describe(const Row &row, v4l2_query_ext_ctrl &control, Patience &patience) {
     control = {};
     control.id = row.id;
-    const Outcome outcome = outcomeOfRequest(node_->describe(control, deadline));
+    const Outcome outcome = outcomeOfRequest(node_->describe(control, patience));
     if (outcome == Outcome::done) descriptions_.insert_or_assign(row.id, control);
     return outcome;
 }
 
-Outcome V4l2VideoControl::recall(const Row &row, v4l2_query_ext_ctrl &control, Deadline deadline) {
+Outcome V4l2VideoControl::recall(const Row &row, v4l2_query_ext_ctrl &control, Patience &patience) {
     const auto known = descriptions_.find(row.id);
-    if (known == descriptions_.end()) return describe(row, control, deadline);
+    if (known == descriptions_.end()) return describe(row, control, patience);
     control = known->second;
     return Outcome::done;
 }
 
-Outcome V4l2VideoControl::getCurrent(Rows rows, std::span<std::uint8_t> data, Deadline deadline) const {
+Outcome V4l2VideoControl::getCurrent(Rows rows, std::span<std::uint8_t> data, Patience &patience) const {
     std::vector<v4l2_ext_control> controls = controlsOf(rows);
-    const Outcome outcome = outcomeOfRequest(node_->get(controls, deadline));
+    const Outcome outcome = outcomeOfRequest(node_->get(controls, patience));
     if (outcome != Outcome::done) return outcome;
 
     for (std::size_t i = 0; i < rows.size(); ++i)
@@ -209,25 +208,25 @@ Outcome V4l2VideoControl::getCurrent(Rows rows, std::span<std::uint8_t> data, De
     return Outcome::done;
 }
 
-Outcome V4l2VideoControl::getInfo(Rows rows, std::span<std::uint8_t> data, Deadline deadline) {
+Outcome V4l2VideoControl::getInfo(Rows rows, std::span<std::uint8_t> data, Patience &patience) {
     // Both halves of a control have the flags of the whole.
     v4l2_query_ext_ctrl control{};
-    const Outcome outcome = describe(rows.front(), control, deadline);
+    const Outcome outcome = describe(rows.front(), control, patience);
     if (outcome == Outcome::done) data[0] = v4l2::infoFrom(control.flags);
     return outcome;
 }
 
 Outcome V4l2VideoControl::getLimit(std::uint8_t request, Rows rows, std::span<std::uint8_t> data,
-                                   Deadline deadline) {
+                                   Patience &patience) {
     if (rows.front().coding == Coding::exposureMode) {
-        if (request == kGetRes) return getExposureModes(rows.front(), data, deadline);
+        if (request == kGetRes) return getExposureModes(rows.front(), data, patience);
         // Modes are bits without an order; cameras do not have these two requests either.
         if (request != kGetDef) return Outcome::refused;
     }
 
     for (const Row &row : rows) {
         v4l2_query_ext_ctrl control{};
-        const Outcome outcome = recall(row, control, deadline);
+        const Outcome outcome = recall(row, control, patience);
         if (outcome != Outcome::done) return outcome;
         if (!v4l2::putLimit(row, limitOf(control, request), data)) return Outcome::failed;
     }
@@ -235,12 +234,12 @@ Outcome V4l2VideoControl::getLimit(std::uint8_t request, Rows rows, std::span<st
 }
 
 Outcome V4l2VideoControl::getExposureModes(const Row &row, std::span<std::uint8_t> data,
-                                           Deadline deadline) const {
+                                           Patience &patience) const {
     // The resolution of the exposure mode is the set of modes that the camera has. The driver keeps that to
     // itself, but offers the menu's items accordingly.
     std::uint8_t modes = 0;
     for (std::uint32_t mode = 0; mode < v4l2::kExposureModes; ++mode) {
-        const Outcome outcome = outcomeOfRequest(node_->findMenuItem(row.id, mode, deadline));
+        const Outcome outcome = outcomeOfRequest(node_->findMenuItem(row.id, mode, patience));
         if (outcome != Outcome::done && outcome != Outcome::refused) return outcome;
         if (outcome == Outcome::done) modes |= v4l2::exposureModeBit(mode);
     }

@@ -49,7 +49,7 @@ class V4l2VideoControl : public VideoControl {
     [[nodiscard]] const std::string &path() const { return path_; }
 
  private:
-    using Deadline = v4l2::VideoNode::Deadline;
+    using Patience = v4l2::Patience;
     using Rows = std::span<const v4l2::Row>;
 
     /// The rows that serve a request, or none where V4L2 cannot say it.
@@ -57,19 +57,19 @@ class V4l2VideoControl : public VideoControl {
 
     /// What comes of a request whose length fits its data.
     [[nodiscard]] Outcome perform(const SetupPacket &setup, std::span<std::uint8_t> data);
-    [[nodiscard]] Outcome set(Rows rows, std::span<const std::uint8_t> data, Deadline deadline);
-    [[nodiscard]] Outcome getCurrent(Rows rows, std::span<std::uint8_t> data, Deadline deadline) const;
-    [[nodiscard]] Outcome getInfo(Rows rows, std::span<std::uint8_t> data, Deadline deadline);
+    [[nodiscard]] Outcome set(Rows rows, std::span<const std::uint8_t> data, Patience &patience);
+    [[nodiscard]] Outcome getCurrent(Rows rows, std::span<std::uint8_t> data, Patience &patience) const;
+    [[nodiscard]] Outcome getInfo(Rows rows, std::span<std::uint8_t> data, Patience &patience);
     [[nodiscard]] Outcome getExposureModes(const v4l2::Row &row, std::span<std::uint8_t> data,
-                                           Deadline deadline) const;
+                                           Patience &patience) const;
     [[nodiscard]] Outcome getLimit(std::uint8_t request, Rows rows, std::span<std::uint8_t> data,
-                                   Deadline deadline);
+                                   Patience &patience);
     /// Moves the number into the camera's limits: done, refused, or that the camera is not there.
-    [[nodiscard]] Outcome applyLimits(const v4l2::Row &row, std::int32_t &number, Deadline deadline);
+    [[nodiscard]] Outcome applyLimits(const v4l2::Row &row, std::int32_t &number, Patience &patience);
 
     /// What the driver says of a control: now, or when it was last asked. Limits never change, flags do.
-    [[nodiscard]] Outcome describe(const v4l2::Row &row, v4l2_query_ext_ctrl &control, Deadline deadline);
-    [[nodiscard]] Outcome recall(const v4l2::Row &row, v4l2_query_ext_ctrl &control, Deadline deadline);
+    [[nodiscard]] Outcome describe(const v4l2::Row &row, v4l2_query_ext_ctrl &control, Patience &patience);
+    [[nodiscard]] Outcome recall(const v4l2::Row &row, v4l2_query_ext_ctrl &control, Patience &patience);
 
     v4l2::SysfsInterface interface_;
     std::uint8_t interfaceNumber_;

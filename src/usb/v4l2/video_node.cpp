@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <thread>
 #include <utility>
 
@@ -36,6 +37,14 @@ FileDescriptor::~FileDescriptor() {
 
 FileDescriptor::FileDescriptor(FileDescriptor &&other) noexcept : number_(std::exchange(other.number_, -1)) {}
 
+bool Patience::waitOnceMore() {
+    const auto now = std::chrono::steady_clock::now();
+    if (!end_) end_ = now + std::chrono::milliseconds(kRequestTimeout);
+    if (now + kPauseUntilReady >= *end_) return false;
+    std::this_thread::sleep_for(kPauseUntilReady);
+    return true;
+}
+
 int VideoNode::takesPictures(bool &answer) const {
     v4l2_capability capability{};
     const int error = call(VIDIOC_QUERYCAP, &capability);
@@ -48,25 +57,25 @@ int VideoNode::takesPictures(bool &answer) const {
     return 0;
 }
 
-int VideoNode::describe(v4l2_query_ext_ctrl &control, Deadline deadline) const {
-    return callUntilReady(VIDIOC_QUERY_EXT_CTRL, &control, deadline);
+int VideoNode::describe(v4l2_query_ext_ctrl &control, Patience &patience) const {
+    return callUntilReady(VIDIOC_QUERY_EXT_CTRL, &control, patience);
 }
 
-int VideoNode::findMenuItem(std::uint32_t id, std::uint32_t index, Deadline deadline) const {
+int VideoNode::findMenuItem(std::uint32_t id, std::uint32_t index, Patience &patience) const {
     v4l2_querymenu item{};
     item.id = id;
     item.index = index;
-    return callUntilReady(VIDIOC_QUERYMENU, &item, deadline);
+    return callUntilReady(VIDIOC_QUERYMENU, &item, patience);
 }
 
-int VideoNode::get(std::span<v4l2_ext_control> controls, Deadline deadline) const {
+int VideoNode::get(std::span<v4l2_ext_control> controls, Patience &patience) const {
     v4l2_ext_controls list = listOf(controls);
-    return callUntilReady(VIDIOC_G_EXT_CTRLS, &list, deadline);
+    return callUntilReady(VIDIOC_G_EXT_CTRLS, &list, patience);
 }
 
-int VideoNode::set(std::span<v4l2_ext_control> controls, Deadline deadline) const {
+int VideoNode::set(std::span<v4l2_ext_control> controls, Patience &patience) const {
     v4l2_ext_controls list = listOf(controls);
-    return callUntilReady(VIDIOC_S_EXT_CTRLS, &list, deadline);
+    return callUntilReady(VIDIOC_S_EXT_CTRLS, &list, patience);
 }
 
 int VideoNode::call(unsigned long request, void *argument) const {
@@ -76,12 +85,9 @@ int VideoNode::call(unsigned long request, void *argument) const {
     return result < 0 ? errno : 0;
 }
 
-int VideoNode::callUntilReady(unsigned long request, void *argument, Deadline deadline) const {
+int VideoNode::callUntilReady(unsigned long request, void *argument, Patience &patience) const {
     int error = call(request, argument);
-    while (error == EBUSY && std::chrono::steady_clock::now() + kPauseUntilReady < deadline) {
-        std::this_thread::sleep_for(kPauseUntilReady);
-        error = call(request, argument);
-    }
+    while (error == EBUSY && patience.waitOnceMore()) error = call(request, argument);
     return error;
 }
 

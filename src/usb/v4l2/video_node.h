@@ -29,16 +29,26 @@ class FileDescriptor {
     int number_;
 };
 
+/// How long one request asks a camera again that says "not ready": kRequestTimeout from the first such
+/// answer. Until then it reads no clock: where the kernel keeps time by a device, that costs more than a
+/// call.
+class Patience {
+ public:
+    /// Waits a moment. False, without waiting, when the time is over.
+    [[nodiscard]] bool waitOnceMore();
+
+ private:
+    std::optional<std::chrono::steady_clock::time_point> end_;
+};
+
 /// An open /dev/videoN, of which only the controls are used: no stream is touched, so that the node may be
 /// another program's source of pictures all the while. The one place that calls ioctl.
 ///
-/// A call gives 0 or what ended in errno. A camera that says "not ready" (EBUSY) is asked again until
-/// `deadline`. A single try is not cut short: it lasts as long as the driver's transfers do, each of which
-/// the driver ends after 5 s.
+/// A call gives 0 or what ended in errno. A camera that says "not ready" (EBUSY) is asked again while
+/// `patience` lasts. A single try is not cut short: it lasts as long as the driver's transfers do, each of
+/// which the driver ends after 5 s.
 class VideoNode {
  public:
-    using Deadline = std::chrono::steady_clock::time_point;
-
     explicit VideoNode(FileDescriptor file) : file_(std::move(file)) {}
 
     /// Whether this is a node that takes pictures, and not the camera's metadata node, say. Sends the camera
@@ -47,17 +57,17 @@ class VideoNode {
 
     /// Range, default and flags of the control `control.id`, from the camera at the first time and from the
     /// driver's memory later.
-    [[nodiscard]] int describe(v4l2_query_ext_ctrl &control, Deadline deadline) const;
+    [[nodiscard]] int describe(v4l2_query_ext_ctrl &control, Patience &patience) const;
     /// 0 where the menu control `id` offers the item on this camera.
-    [[nodiscard]] int findMenuItem(std::uint32_t id, std::uint32_t index, Deadline deadline) const;
+    [[nodiscard]] int findMenuItem(std::uint32_t id, std::uint32_t index, Patience &patience) const;
 
     /// Reads or sets all of `controls` in one call, which is one transfer for the halves of one UVC control.
-    [[nodiscard]] int get(std::span<v4l2_ext_control> controls, Deadline deadline) const;
-    [[nodiscard]] int set(std::span<v4l2_ext_control> controls, Deadline deadline) const;
+    [[nodiscard]] int get(std::span<v4l2_ext_control> controls, Patience &patience) const;
+    [[nodiscard]] int set(std::span<v4l2_ext_control> controls, Patience &patience) const;
 
  private:
     [[nodiscard]] int call(unsigned long request, void *argument) const;
-    [[nodiscard]] int callUntilReady(unsigned long request, void *argument, Deadline deadline) const;
+    [[nodiscard]] int callUntilReady(unsigned long request, void *argument, Patience &patience) const;
 
     FileDescriptor file_;
 };
