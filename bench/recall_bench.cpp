@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "ptz/ptz_functions.h"
-#include "usb/linux/linux_registry.h"
+#include "usb/system_registry.h"
 #include "uvc/uvc_controller.h"
 
 namespace {
@@ -27,7 +27,7 @@ constexpr std::int32_t kZoom = 300;
 
 void BM_Recall(benchmark::State &state) {
     // One for the life of the process, as in the application: to make it costs more than a recall.
-    static const auto registry = std::make_shared<usb::LinuxRegistry>();
+    static const std::shared_ptr<usb::DeviceRegistry> registry = usb::makeSystemRegistry();
     UVCController::useDeviceRegistry(registry);
     for (auto _ : state)
         if (!setPanTiltPosition(kPan, kTilt) || !setZoomPosition(kZoom)) state.SkipWithError("refused");

@@ -8,7 +8,7 @@
 #include "platform/qt/desktop.h"
 #include "platform/qt/single_instance.h"
 #include "platform/qt/window_order.h"
-#include "usb/linux/linux_registry.h"
+#include "usb/system_registry.h"
 #include "uvc/uvc_controller.h"
 
 int main(int argc, char *argv[]) {
@@ -16,7 +16,7 @@ int main(int argc, char *argv[]) {
     platform::startDesktop(application, product::kApplicationName);
     const auto instance = platform::SingleInstance::claim(QCoreApplication::applicationName());
     if (!instance) return 0;
-    UVCController::useDeviceRegistry(std::make_shared<usb::LinuxRegistry>());
+    UVCController::useDeviceRegistry(usb::makeSystemRegistry());
 
     AppDelegate delegate;
     QObject::connect(instance.get(), &platform::SingleInstance::startedAgain, [&delegate] {

@@ -10,9 +10,6 @@
 namespace selfcheck {
 namespace {
 
-/// What sysfs calls the driver of an interface that a program has claimed.
-constexpr char kProgramsDriver[] = "usbfs";
-
 /// "2574:09c0".
 std::string idsText(std::uint16_t vendorId, std::uint16_t productId) {
     char ids[16];
@@ -48,35 +45,31 @@ Line cameraLine(const CameraFacts &camera, bool isMoved) {
             detail + " Desenchúfela de la corriente, espere diez segundos y vuelva a enchufarla."};
 }
 
-bool isVideoNode(const std::string &path) {
-    return path.starts_with("/dev/video");
-}
-
 /// Whether a driver that is not for cameras holds it, so that no program can use it.
 bool isHeldByOtherDriver(const Facts &facts) {
     const usb::InterfaceReport &access = *facts.access;
-    return access.driver && access.driver != kProgramsDriver && !usesKernelDriver(facts) &&
-           !isVideoNode(access.path);
+    return access.holder == usb::Holder::otherDriver && access.backend != usb::Backend::driver;
 }
 
 Line driverLine(const Facts &facts) {
     const usb::InterfaceReport &access = *facts.access;
-    if (!access.driver)
+    if (access.holder == usb::Holder::nobody)
         return {
             State::Good, "Ningún controlador del sistema tiene la cámara; se usa directamente por USB", {}};
     if (usesKernelDriver(facts))
-        return {
-            State::Good,
-            "El controlador de vídeo del sistema (" + *access.driver + ") gestiona la cámara, como es normal",
-            "Recuerda sus límites, y a veces su posición, sin volver a preguntárselos."};
-    if (access.driver == kProgramsDriver)
-        return {State::Fault, "Otro programa se ha quedado con el control de la cámara (usbfs)",
+        return {State::Good,
+                "El controlador de vídeo del sistema (" + access.holderName +
+                    ") gestiona la cámara, como es normal",
+                "Recuerda sus límites, y a veces su posición, sin volver a preguntárselos."};
+    if (access.holder == usb::Holder::program)
+        return {State::Fault,
+                "Otro programa se ha quedado con el control de la cámara (" + access.holderName + ")",
                 "Ciérrelo, o desenchufe la cámara y vuelva a enchufarla."};
     if (isHeldByOtherDriver(facts))
-        return {State::Fault, "Un controlador que no es de vídeo tiene la cámara: " + *access.driver,
+        return {State::Fault, "Un controlador que no es de vídeo tiene la cámara: " + access.holderName,
                 "Con él no se puede mover. No es un programa que se pueda cerrar: quien administra el equipo "
                 "tiene que quitar ese controlador y volver a enchufar la cámara."};
-    return {State::Warning, "Un controlador desconocido gestiona la cámara: " + *access.driver, {}};
+    return {State::Warning, "Un controlador desconocido gestiona la cámara: " + access.holderName, {}};
 }
 
 Line permissionLine(const usb::InterfaceReport &access) {
@@ -89,7 +82,7 @@ Line permissionLine(const usb::InterfaceReport &access) {
         case usb::Outcome::denied:
             return {
                 State::Fault, "Este usuario no tiene permiso para abrir " + access.path,
-                isVideoNode(access.path)
+                access.backend == usb::Backend::driver
                     ? "Inicie la sesión sentado ante este equipo, no a distancia, o añada el usuario al "
                       "grupo «video» y vuelva a iniciar la sesión."
                     : "Falta la regla de permisos (udev) de la cámara: reinstale el programa, desenchufe la "

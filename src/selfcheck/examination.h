@@ -14,8 +14,8 @@ namespace selfcheck {
 
 class WatchedDevice;
 
-/// Tells how the system lets programs reach the camera at a location id: usb::inspectInterface() on a
-/// desktop.
+/// Tells how the system lets programs reach the camera at a location id:
+/// usb::SystemRegistry::inspectInterface() on a desktop.
 using AccessInspector = std::function<std::optional<usb::InterfaceReport>(std::uint32_t locationId)>;
 
 /// One check from beginning to end, in steps, so that a window stays alive between them. It only looks: no

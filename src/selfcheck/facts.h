@@ -8,7 +8,7 @@
 
 #include "scenes/scene_check.h"
 #include "selfcheck/field_values.h"
-#include "usb/linux/interface_report.h"
+#include "usb/interface_report.h"
 #include "usb/usb.h"
 
 /// What a check has found out, before anything is said about it. Plain values.
@@ -85,7 +85,7 @@ struct Facts {
 /// in its memory: a reading is one transfer to the camera, or several, or none. An order always reaches the
 /// camera.
 [[nodiscard]] inline bool usesKernelDriver(const Facts &facts) {
-    return facts.access && facts.access->driver == "uvcvideo";
+    return facts.access && facts.access->holder == usb::Holder::cameraDriver;
 }
 
 }  // namespace selfcheck

@@ -5,17 +5,16 @@
 #include "app/product.h"
 #include "platform/qt/desktop.h"
 #include "selfcheck/check_window.h"
-#include "usb/linux/interface_report.h"
-#include "usb/linux/linux_registry.h"
+#include "usb/system_registry.h"
 
 int main(int argc, char *argv[]) {
     QApplication application(argc, argv);
     platform::startDesktop(application, product::kApplicationName);
     QApplication::setQuitOnLastWindowClosed(true);
 
-    const auto cameras = std::make_shared<usb::LinuxRegistry>();
+    const std::shared_ptr<usb::SystemRegistry> cameras = usb::makeSystemRegistry();
     selfcheck::CheckWindow window(
-        cameras, [cameras](std::uint32_t locationId) { return usb::inspectInterface(*cameras, locationId); },
+        cameras, [cameras](std::uint32_t locationId) { return cameras->inspectInterface(locationId); },
         QString::fromUtf8(product::kVersion));
     window.show();
     return QApplication::exec();

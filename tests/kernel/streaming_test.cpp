@@ -4,8 +4,7 @@
 #include <regex>
 
 #include "kernel/each_way.h"
-#include "usb/linux/interface_report.h"
-#include "usb/linux/linux_registry.h"
+#include "usb/system_registry.h"
 
 namespace guest {
 namespace {
@@ -56,11 +55,11 @@ std::pair<ino_t, long> identity(const std::string &node) {
 }
 
 std::optional<usb::InterfaceReport> reportOnTheCamera() {
-    const usb::LinuxRegistry registry;
-    const auto devices = registry.devices();
+    const auto registry = usb::makeSystemRegistry();
+    const auto devices = registry->devices();
     if (!devices) return std::nullopt;
     for (const auto &device : *devices)
-        if (device->videoControl()) return usb::inspectInterface(registry, device->locationId().value_or(0));
+        if (device->videoControl()) return registry->inspectInterface(device->locationId().value_or(0));
     return std::nullopt;
 }
 

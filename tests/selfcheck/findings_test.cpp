@@ -57,7 +57,7 @@ TEST_F(FindingsTest, AHealthyCameraIsDescribedInUnitsAndDegreesAndNotSaidToObey)
             HasSubstr("De 0 a 1000, paso 1, predeterminado 0."), Not(HasSubstr("[Aviso]")),
             Not(HasSubstr("[Fallo]"))));
 
-    facts.access->driver.reset();
+    facts.access->holder = usb::Holder::nobody;
     EXPECT_THAT(textOf(facts), AllOf(HasSubstr("[Bien] La cámara contesta y no se ve ningún problema. Falta"),
                                      HasSubstr("[Bien] Giro: ahora -43380 (-12,1°)"),
                                      HasSubstr("[Bien] Inclinación: ahora 3599 (1,0°)")));
@@ -138,7 +138,8 @@ TEST_F(FindingsTest, MissingRightsNameTheFileAndTheRemedy) {
                       HasSubstr("No se ha podido preguntar")));
     EXPECT_TRUE(camera->transfers().empty());
 
-    access_->driver.reset();
+    access_->holder = usb::Holder::nobody;
+    access_->backend = usb::Backend::direct;
     access_->path = "/dev/bus/usb/001/004";
     EXPECT_THAT(text(), AllOf(HasSubstr("no tiene permiso para abrir /dev/bus/usb/001/004"),
                               HasSubstr("udev"), Not(HasSubstr("grupo «video»"))));
@@ -154,12 +155,14 @@ TEST_F(FindingsTest, DriversAndProgramsAreNamed) {
     EXPECT_THAT(text(), AllOf(HasSubstr("(uvcvideo) gestiona la cámara"),
                               HasSubstr("reunion (proceso 4711, recibiendo imagen)"),
                               HasSubstr("grabador\uFFFD (proceso 4712)"), HasSubstr("otros usuarios")));
-    access_->driver = "usbfs";
+    access_->holder = usb::Holder::program;
+    access_->holderName = "usbfs";
     access_->access = usb::Outcome::busy;
     EXPECT_THAT(text(), AllOf(HasSubstr("[Fallo] Otro programa se ha quedado con el control"),
                               Not(HasSubstr("No impiden"))));
-    access_->driver = "usbhid";
-    access_->path = "/dev/bus/usb/001/004";
+    access_->holder = usb::Holder::otherDriver;
+    access_->holderName = "usbhid";
+    access_->backend = usb::Backend::none;
     EXPECT_THAT(text(), AllOf(HasSubstr("[Fallo] Un controlador que no es de vídeo tiene la cámara: usbhid"),
                               Not(HasSubstr("Ciérrelo"))));
     EXPECT_NE(report().verdict.state, State::Good);
@@ -202,7 +205,7 @@ TEST_F(FindingsTest, LimitsThatTheKernelCannotReadAreOneFault) {
                       Not(HasSubstr("no contesta a GET_"))));
     EXPECT_EQ(stateOf(facts), State::Fault);
 
-    facts.access->driver.reset();
+    facts.access->holder = usb::Holder::nobody;
     EXPECT_THAT(textOf(facts),
                 AllOf(Not(HasSubstr(line)), HasSubstr("[Aviso] La cámara no contesta a GET_MIN"),
                       HasSubstr("[Fallo] La cámara no contesta a GET_INFO")));
@@ -242,7 +245,7 @@ TEST_F(FindingsTest, ASlowCameraIsAWarningWithItsTime) {
 
 TEST_F(FindingsTest, FaultyRangesAreNamedByAxis) {
     auto sound = healthy();
-    sound.access->driver.reset();
+    sound.access->holder = usb::Holder::nobody;
     auto facts = sound;
     facts.panTilt.current = selfcheck::FieldValues{612001, 0};
     EXPECT_THAT(textOf(facts), AllOf(HasSubstr("[Aviso] Giro: el valor actual, 612001 (170,0°), está fuera"),

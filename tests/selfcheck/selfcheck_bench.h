@@ -62,7 +62,9 @@ class SelfcheckBench : public testing::Test {
     std::shared_ptr<simulator::SimulatedRegistry> bus_ = std::make_shared<simulator::SimulatedRegistry>();
     std::optional<usb::InterfaceReport> access_ = usb::InterfaceReport{
         .interfaceNumber = 0,
-        .driver = "uvcvideo",
+        .holder = usb::Holder::cameraDriver,
+        .holderName = "uvcvideo",
+        .backend = usb::Backend::driver,
         .path = "/dev/video0",
         .access = usb::Outcome::done,
         .programs = {},

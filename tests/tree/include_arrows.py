@@ -12,10 +12,10 @@ import tempfile
 
 # Folder -> what its files may include of the project, as path prefixes. The longest matching folder counts.
 ARROWS = {
-    "src/usb": ["usb/usb.h"],
+    "src/usb": ["usb/usb.h", "usb/interface_report.h"],
     "src/usb/libusb": ["usb/usb.h", "usb/libusb/"],
     "src/usb/v4l2": ["usb/usb.h", "usb/v4l2/"],
-    "src/usb/linux": ["usb/usb.h", "usb/linux/", "usb/libusb/", "usb/v4l2/"],
+    "src/usb/linux": ["usb/usb.h", "usb/interface_report.h", "usb/system_registry.h", "usb/linux/", "usb/libusb/", "usb/v4l2/"],
     "src/uvc": ["uvc/", "usb/usb.h"],
     "src/platform": ["platform/"],
     "src/ptz": ["ptz/", "uvc/", "platform/"],
@@ -27,7 +27,7 @@ ARROWS = {
         "ptz/supported_camera.h",
         "uvc/",
         "usb/usb.h",
-        "usb/linux/interface_report.h",
+        "usb/interface_report.h",
         "scenes/",
         "platform/",
         "app/product.h",
@@ -38,8 +38,8 @@ ARROWS = {
 
 # The entry points choose the backends, and nobody else does.
 ENTRY_POINTS = {
-    "src/app/main.cpp": ["usb/linux/linux_registry.h", "uvc/uvc_controller.h"],
-    "src/selfcheck/main.cpp": ["usb/linux/linux_registry.h"],
+    "src/app/main.cpp": ["usb/system_registry.h", "uvc/uvc_controller.h"],
+    "src/selfcheck/main.cpp": ["usb/system_registry.h"],
 }
 
 # Headers from outside -> the folders that may include them.

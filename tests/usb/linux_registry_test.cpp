@@ -9,7 +9,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include "usb/linux/interface_report.h"
 #include "usb/linux/linux_video_control.h"
 #include "usb/linux/program_scan.h"
 #include "usb/usbfs_rig.h"
@@ -61,7 +60,7 @@ class LinuxRegistryTest : public testing::Test {
     }
 
     [[nodiscard]] std::optional<usb::InterfaceReport> inspect(std::uint32_t locationId) const {
-        return usb::inspectInterface(registry, locationId);
+        return registry.inspectInterface(locationId);
     }
 
     NoDriverRig rig;
@@ -116,7 +115,7 @@ TEST_F(LinuxRegistryTest, RefusesWithoutATransferWhatV4l2CannotSay) {
 TEST_F(LinuxRegistryTest, TakesV4l2sWhiteBalanceForTheOneThatTheCameraHas) {
     rig.plug(camera, 1, kPorts);
     rig.usbfs.bindDriver(camera);
-    const auto listed = registry.listing().libusbDevices();
+    const auto listed = usb::LibusbRegistry().libusbDevices();
     ASSERT_TRUE(listed.has_value());
     const auto device = std::ranges::find(*listed, kLocation, &usb::LibusbDevice::locationId);
     ASSERT_NE(device, listed->end());
@@ -167,13 +166,13 @@ TEST_F(LinuxRegistryTest, RenumbersTheExposureModeAndTellsTheModesThatTheCameraH
 TEST_F(LinuxRegistryTest, ReportsWhoHoldsTheInterfaceAndWhetherThisUserMayOpenIt) {
     rig.plug(camera, 1, kPorts);
     const auto report = [&] { return inspect(kLocation).value_or(usb::InterfaceReport()); };
-    EXPECT_EQ(report().driver, std::nullopt);
+    EXPECT_EQ(report().holder, usb::Holder::nobody);
     EXPECT_THAT(report().path, testing::StartsWith("/dev/bus/usb/001/"));
     EXPECT_EQ(report().access, Outcome::done);
     rig.withoutRights(camera, [&] { EXPECT_EQ(report().access, Outcome::denied); });
 
     rig.usbfs.bindDriver(camera, true);
-    EXPECT_EQ(report().driver, "uvcvideo");
+    EXPECT_EQ(report().holder, usb::Holder::cameraDriver);
     EXPECT_EQ(report().path, rig.usbfs.videoNodesOf(camera).back());
     EXPECT_EQ(report().access, Outcome::done);
     rig.withoutRights(camera, [&] { EXPECT_EQ(report().access, Outcome::denied); });

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "usb/linux/interface_inspection.h"
 #include "usb/linux/linux_video_control.h"
 
 namespace usb {
@@ -34,6 +35,14 @@ std::optional<std::vector<std::shared_ptr<const Device>>> LinuxRegistry::devices
     devices.reserve(listed->size());
     for (LibusbDevice &device : *listed) devices.emplace_back(std::move(device));
     return shareAll(std::move(devices));
+}
+
+std::optional<InterfaceReport> LinuxRegistry::inspectInterface(std::uint32_t locationId) const {
+    return usb::inspectInterface(listing_, locationId);
+}
+
+std::unique_ptr<SystemRegistry> makeSystemRegistry() {
+    return std::make_unique<LinuxRegistry>();
 }
 
 }  // namespace usb

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "usb/linux/interface_report.h"
+#include "usb/interface_report.h"
 
 namespace usb {
 

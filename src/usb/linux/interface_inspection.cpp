@@ -1,9 +1,8 @@
-#include "usb/linux/interface_report.h"
+#include "usb/linux/interface_inspection.h"
 
 #include <memory>
 #include <utility>
 
-#include "usb/linux/linux_registry.h"
 #include "usb/linux/linux_video_control.h"
 #include "usb/linux/program_scan.h"
 #include "usb/v4l2/video_node.h"
@@ -12,8 +11,12 @@ namespace usb {
 
 namespace {
 
-/// The driver that sysfs names where a program has claimed the interface.
-constexpr char kClaimedByProgram[] = "usbfs";
+/// By the name of the interface's driver in sysfs; empty: it has none.
+Holder holderOf(const std::string &driver) {
+    if (driver.empty()) return Holder::nobody;
+    if (driver == "uvcvideo") return Holder::cameraDriver;
+    return driver == "usbfs" ? Holder::program : Holder::otherDriver;
+}
 
 /// A device and its VideoControl interface.
 struct Found {
@@ -34,6 +37,7 @@ std::optional<Found> cameraAt(const LibusbRegistry &registry, std::uint32_t loca
 /// What LinuxVideoControl::open() would come to, without a claim.
 void tryFile(InterfaceReport &report, const v4l2::SysfsInterface &interface, const std::string &usbFile) {
     if (const auto nodes = interface.videoNodes(); !nodes.empty()) {
+        report.backend = Backend::driver;
         const v4l2::NodeSearch search = v4l2::openCaptureNode(nodes);
         report.path = search.path;
         if (report.path.empty()) report.path = nodes.front();
@@ -41,26 +45,28 @@ void tryFile(InterfaceReport &report, const v4l2::SysfsInterface &interface, con
         return;
     }
     // Nobody opens a file of the camera then: the driver itself would make a claim busy.
-    if (report.driver && report.driver != kClaimedByProgram) {
+    if (report.holder == Holder::cameraDriver || report.holder == Holder::otherDriver) {
         report.access = Outcome::busy;
         return;
     }
+    report.backend = Backend::direct;
     report.path = usbFile;
     report.access = v4l2::tryToOpen(usbFile);
-    if (report.access == Outcome::done && report.driver) report.access = Outcome::busy;
+    if (report.access == Outcome::done && report.holder == Holder::program) report.access = Outcome::busy;
 }
 
 }  // namespace
 
-std::optional<InterfaceReport> inspectInterface(const LinuxRegistry &registry, std::uint32_t locationId) {
-    const auto camera = cameraAt(registry.listing(), locationId);
+std::optional<InterfaceReport> inspectInterface(const LibusbRegistry &registry, std::uint32_t locationId) {
+    const auto camera = cameraAt(registry, locationId);
     if (!camera) return std::nullopt;
     const auto interface = sysfsInterfaceOf(camera->device, *camera->control);
     if (!interface) return std::nullopt;
 
     InterfaceReport report;
     report.interfaceNumber = camera->control->interfaceNumber();
-    report.driver = interface->driver();
+    report.holderName = interface->driver().value_or(std::string());
+    report.holder = holderOf(report.holderName);
     tryFile(report, *interface, usbFileOf(camera->device));
     if (report.path.empty()) return report;
 
