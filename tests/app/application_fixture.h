@@ -12,19 +12,14 @@
 #include "app/app_delegate.h"
 #include "app/main_window.h"
 #include "platform/command_shell.h"
-#include "scenes/scene_file.h"
-#include "scenes/scene_tree.h"
-#include "support/answered_alerts.h"
-#include "support/scenes.h"
-#include "support/simulated_camera.h"
-#include "support/temporary_documents.h"
+#include "support/bench_test.h"
 #include "support/window_user.h"
 
 using support::scene;
 
 /// The whole application on a simulated camera, a temporary Documents folder and prepared answers. Tests
 /// click what a person would, then ask the camera where it points and the disk what it holds.
-class ApplicationTest : public testing::Test, protected support::WindowUser {
+class ApplicationTest : public support::BenchTest, protected support::WindowUser {
  protected:
     /// File panels that answer at once with what was prepared; cancelled where nothing was.
     struct AnsweredPanels : platform::FilePanels {
@@ -93,13 +88,6 @@ class ApplicationTest : public testing::Test, protected support::WindowUser {
         ADD_FAILURE() << "no command " << name;
     }
 
-    [[nodiscard]] bool onDisk(const std::string &path) const {
-        return std::filesystem::exists(documents_.path() / path);
-    }
-
-    support::TemporaryDocuments documents_;
-    support::SimulatedCamera bench_;
-    support::AnsweredAlerts alerts_;
     std::shared_ptr<AnsweredPanels> panels_ = std::make_shared<AnsweredPanels>();
     std::shared_ptr<RecordedPages> pages_ = std::make_shared<RecordedPages>();
     std::optional<AppDelegate> delegate_;

@@ -1,12 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "kernel/each_way.h"
-#include "scenes/scene_file.h"
-#include "scenes/scene_tree.h"
-#include "scenes/store_paths.h"
 #include "support/answered_alerts.h"
-#include "support/scenes.h"
-#include "support/temporary_documents.h"
+#include "support/store.h"
 #include "ui/content_view.h"
 
 namespace guest {
@@ -20,15 +16,13 @@ constexpr char kBoard[] = "40190100c0c7ffff";
 /// Pan 40 and tilt 4 are 144312 and 14879.
 constexpr char kDoor[] = "8032020040380000";
 
-class StoreAndCamera : public EachWay {
+class StoreAndCamera : public EachWay, protected support::Store {
  protected:
     StoreAndCamera() {
-        crearDirectorioSiNoExiste(PresetsFolder);
-        PresetToFile("Presets/Aula.presets", {scene("Pizarra", 20, -4, 150), scene("Puerta", 40, 4, 500)});
+        storeRoom(scenes::kNoCentre, "Aula", {scene("Pizarra", 20, -4, 150), scene("Puerta", 40, 4, 500)});
     }
 
     support::AnsweredAlerts alerts_;
-    support::TemporaryDocuments documents_;
 };
 INSTANTIATE_TEST_SUITE_P(By, StoreAndCamera, kBothWays, wayName);
 

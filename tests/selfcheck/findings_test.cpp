@@ -2,10 +2,9 @@
 #include "selfcheck/findings.h"
 
 #include <filesystem>
-#include <fstream>
 
-#include "scenes/scene_file.h"
 #include "selfcheck_bench.h"
+#include "support/samples.h"
 
 namespace {
 
@@ -13,6 +12,10 @@ using selfcheck::State;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
+
+std::vector<ManualPreset> tables(std::size_t count) {
+    return {count, support::scene("Mesa")};
+}
 
 class FindingsTest : public SelfcheckBench {
  protected:
@@ -23,24 +26,6 @@ class FindingsTest : public SelfcheckBench {
     }
 
     static State stateOf(const selfcheck::Facts &facts) { return selfcheck::findings(facts).verdict.state; }
-
-    [[nodiscard]] std::filesystem::path put(const std::string &path, const std::string &content) const {
-        const auto file = documents_.path() / "Presets" / path;
-        std::filesystem::create_directories(file.parent_path());
-        std::ofstream(file, std::ios::binary) << content;
-        return file;
-    }
-
-    void putScenes(const std::string &path, std::size_t count) const {
-        std::filesystem::create_directories((documents_.path() / "Presets" / path).parent_path());
-        PresetToFile("Presets/" + path, std::vector<ManualPreset>(count, {"Mesa", "", "", "", 0, 0, 0}));
-    }
-
-    [[nodiscard]] static std::string sample(const std::string &name) {
-        std::ifstream file(ZEL_TEST_DATA "/scenes/" + name + ".presets", std::ios::binary);
-        EXPECT_TRUE(file) << name;
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
 };
 
 TEST_F(FindingsTest, AHealthyCameraIsDescribedInUnitsAndDegreesAndNotSaidToObey) {
@@ -288,10 +273,10 @@ TEST_F(FindingsTest, TheStoreIsToldByCentreAndRoom) {
     EXPECT_FALSE(std::filesystem::exists(documents_.path() / "Presets"))
         << "looking must not make the folder";
 
-    putScenes("Norte/Sala 1.presets", 3);
-    putScenes("Norte/Sala 2.presets", 1);
-    putScenes("Suelta.presets", 2);
-    putScenes("Norte/Nueva.presets", 0);
+    putScenes("Norte/Sala 1.presets", tables(3));
+    putScenes("Norte/Sala 2.presets", tables(1));
+    putScenes("Suelta.presets", tables(2));
+    putScenes("Norte/Nueva.presets", tables(0));
     std::filesystem::create_directory(documents_.path() / "Presets" / "Vacío");
     EXPECT_THAT(
         text(),
@@ -303,14 +288,14 @@ TEST_F(FindingsTest, TheStoreIsToldByCentreAndRoom) {
 
 TEST_F(FindingsTest, EachUnreadableFileIsNamedWithItsReason) {
     plug();
-    putScenes("Norte/Buena.presets", 1);
+    putScenes("Norte/Buena.presets", tables(1));
     const auto empty = put("Norte/Vacia.presets", "");
-    (void)put("Norte/Texto.presets", "\xff\xfe");
+    put("Norte/Texto.presets", "\xff\xfe");
     std::filesystem::create_directory(documents_.path() / "Presets/Norte/Carpeta.presets");
     std::filesystem::create_symlink("falta", documents_.path() / "Presets/Norte/Enlace.presets");
-    (void)put("Norte/Buena.copia.presets", "");
-    putScenes("Norte/Buena.vieja.presets", 2);
-    (void)put("LEEME", "");
+    put("Norte/Buena.copia.presets", "");
+    putScenes("Norte/Buena.vieja.presets", tables(2));
+    put("LEEME", "");
     testing::internal::CaptureStdout();
     const std::string told = text();
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
@@ -331,8 +316,8 @@ TEST_F(FindingsTest, EachUnreadableFileIsNamedWithItsReason) {
 
 TEST_F(FindingsTest, FilesThatEndTheProgramAreSurvivedAndNamed) {
     plug();
-    putScenes("Norte/Buena.presets", 1);
-    const auto fatal = put("Norte/Mala.presets", sample("foreign"));
+    putScenes("Norte/Buena.presets", tables(1));
+    const auto fatal = put("Norte/Mala.presets", support::sample("foreign"));
     EXPECT_THAT(text(), AllOf(HasSubstr("[Fallo] La cámara está conectada, pero el programa no puede"),
                               HasSubstr("[Fallo] Norte / Mala: fichero dañado o de otro programa"),
                               HasSubstr("Mueva este fichero a otra carpeta: " + fatal.string())));
@@ -343,7 +328,7 @@ TEST_F(FindingsTest, FilesThatEndTheProgramAreSurvivedAndNamed) {
     EXPECT_THAT(text(), HasSubstr("[Fallo] Norte / Buena: fichero dañado"));
 
     std::filesystem::remove(hidden);
-    (void)put("Norte/...", "");
+    put("Norte/...", "");
     EXPECT_THAT(text(), HasSubstr("[Fallo] Un fichero cuyo nombre son solo puntos"));
 
     documents_.setDocumentsMissing(true);

@@ -14,10 +14,10 @@
 #include "selfcheck/report_text.h"
 #include "simulator/camera_model.h"
 #include "simulator/simulated_registry.h"
-#include "support/temporary_documents.h"
+#include "support/store.h"
 
 /// A bus, a store and an inspector of their own for each check.
-class SelfcheckBench : public testing::Test {
+class SelfcheckBench : public testing::Test, protected support::Store {
  protected:
     using Options = simulator::CameraOptions;
 
@@ -58,7 +58,6 @@ class SelfcheckBench : public testing::Test {
     /// The report as it would be copied.
     std::string text() { return textOf(examine()); }
 
-    support::TemporaryDocuments documents_;
     std::shared_ptr<simulator::SimulatedRegistry> bus_ = std::make_shared<simulator::SimulatedRegistry>();
     std::optional<usb::InterfaceReport> access_ = usb::InterfaceReport{
         .interfaceNumber = 0,

@@ -6,10 +6,11 @@
 #include <csignal>
 #include <functional>
 
-#include "store_fixture.h"
+#include "support/bench_test.h"
 
 namespace {
 
+using support::scene;
 using testing::ElementsAre;
 using testing::KilledBySignal;
 using testing::internal::CaptureStdout;
@@ -20,7 +21,7 @@ std::vector<bool> flags(const ContentView &view) {
             view.ListaEscenasDisabled, view.buttonRemoveEscenaDisabled};
 }
 
-class ContentViewTest : public StoreTest {
+class ContentViewTest : public support::BenchTest {
  protected:
     void choose(ContentView &view, const std::string &centre) {
         const auto at = std::find(ListaGrupos.begin(), ListaGrupos.end(), centre);

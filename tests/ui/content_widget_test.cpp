@@ -7,15 +7,16 @@
 #include <QLabel>
 #include <QStyleOptionButton>
 
-#include "store_fixture.h"
+#include "support/bench_test.h"
 #include "support/window_user.h"
 #include "ui/content_view.h"
 
 namespace {
 
+using support::scene;
 using testing::ElementsAre;
 
-class ContentWidgetTest : public StoreTest, protected support::WindowUser {
+class ContentWidgetTest : public support::BenchTest, protected support::WindowUser {
  protected:
     /// Builds view and widget over what the store holds by now.
     void start() {
