@@ -24,15 +24,11 @@ NameMap enableMappingOf(std::uint32_t unitKind) {
 }
 
 /// A device without a bitmap has not said what it lacks, so everything may be asked for.
-bool isEnabled(const std::optional<uvc::ControlBitmap> &bitmap, const NameMap &enableMapping,
+bool isEnabled(const std::optional<usb::ControlBitmap> &bitmap, const NameMap &enableMapping,
                std::string_view name) {
     if (!bitmap) return true;
     const auto entry = enableMapping.find(name);
-    if (entry == enableMapping.end()) return false;
-
-    const std::size_t byte = entry->second / 8;
-    const std::size_t bit = entry->second % 8;
-    return byte < bitmap->size() && ((unsigned{(*bitmap)[byte]} >> bit) & 1u) != 0;
+    return entry != enableMapping.end() && usb::hasControl(*bitmap, entry->second);
 }
 
 }  // namespace
@@ -93,7 +89,7 @@ bool UVCController::controlIsNotAvailable(std::string_view name) const {
     const std::size_t index = controlIndexForString(name);
     if (index == kUnknownControl) return true;
 
-    const uvc::VideoControlDescriptors &descriptors = parts_.descriptors;
+    const usb::VideoControlDescriptors &descriptors = parts_.descriptors;
     switch (UVCControllerControls[index].unitKind) {
         case uvc::kCameraTerminal:
             return !isEnabled(descriptors.terminalBitmap, terminalControlEnableMapping(), name);

@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "usb/usb.h"
+#include "usb/video_control_descriptors.h"
 #include "uvc/uvc_catalogue.h"
-#include "uvc/uvc_descriptors.h"
 #include "uvc/uvc_value.h"
 
 class UVCControl;
@@ -65,7 +65,7 @@ class UVCController : public std::enable_shared_from_this<UVCController> {
         std::uint32_t locationId = kUnknownLocationId;
         std::uint16_t vendorId = kUnknownId;
         std::uint16_t productId = kUnknownId;
-        uvc::VideoControlDescriptors descriptors;
+        usb::VideoControlDescriptors descriptors;
     };
 
     UVCController(Checked, Parts parts);

@@ -88,7 +88,7 @@ std::shared_ptr<UVCController> UVCController::initWithLocationId(std::uint32_t l
     if (!service) return nullptr;
     auto interface = service->videoControl();
     if (!interface) return nullptr;
-    auto descriptors = uvc::parseVideoControlDescriptors(interface->classDescriptors());
+    auto descriptors = usb::parseVideoControlDescriptors(interface->classDescriptors());
     if (!descriptors) return nullptr;
 
     Parts parts;

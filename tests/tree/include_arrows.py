@@ -12,11 +12,11 @@ import tempfile
 
 # Folder -> what its files may include of the project, as path prefixes. The longest matching folder counts.
 ARROWS = {
-    "src/usb": ["usb/usb.h", "usb/interface_report.h"],
+    "src/usb": ["usb/usb.h", "usb/interface_report.h", "usb/video_control_descriptors.h"],
     "src/usb/libusb": ["usb/usb.h", "usb/libusb/"],
-    "src/usb/v4l2": ["usb/usb.h", "usb/v4l2/"],
+    "src/usb/v4l2": ["usb/usb.h", "usb/video_control_descriptors.h", "usb/v4l2/"],
     "src/usb/linux": ["usb/usb.h", "usb/interface_report.h", "usb/system_registry.h", "usb/linux/", "usb/libusb/", "usb/v4l2/"],
-    "src/uvc": ["uvc/", "usb/usb.h"],
+    "src/uvc": ["uvc/", "usb/usb.h", "usb/video_control_descriptors.h"],
     "src/platform": ["platform/"],
     "src/ptz": ["ptz/", "uvc/", "platform/"],
     "src/scenes": ["scenes/", "platform/"],

@@ -131,7 +131,7 @@ TEST_F(LinuxRegistryTest, TakesV4l2sWhiteBalanceForTheOneThatTheCameraHas) {
     for (const Row &row : {Row{0x10, Outcome::done, Outcome::refused},
                            {0x20, Outcome::refused, Outcome::done},
                            {0x30, Outcome::done, Outcome::refused}}) {
-        const Bytes processingUnit{11, 0x24, 0x05, 2, 1, 0, 0, 2, 0, row.bits, 0};
+        const Bytes processingUnit{7, 0x24, 1, 0x10, 1, 18, 0, 11, 0x24, 0x05, 2, 1, 0, 0, 2, 0, row.bits, 0};
         usb::V4l2VideoControl control(*interface, camera->videoControlInterface(), processingUnit);
         Bytes data{0};
         EXPECT_EQ(request(control, getRequest(0x81, 2, 0x0B, 1), data), row.temperature) << int{row.bits};

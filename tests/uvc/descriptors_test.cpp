@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
+#include "usb/video_control_descriptors.h"
 #include "uvc/scripted_device.h"
-#include "uvc/uvc_descriptors.h"
 
 namespace {
 
@@ -16,10 +16,10 @@ using scripted::processingUnit;
 using scripted::withHeader;
 
 /// Parses a copy that fills its own allocation, so that a read past its end is caught by the sanitizer.
-std::optional<uvc::VideoControlDescriptors> parse(const Bytes &bytes) {
+std::optional<usb::VideoControlDescriptors> parse(const Bytes &bytes) {
     const auto exact = std::make_unique<std::uint8_t[]>(bytes.size());
     std::copy(bytes.begin(), bytes.end(), exact.get());
-    return uvc::parseVideoControlDescriptors({exact.get(), bytes.size()});
+    return usb::parseVideoControlDescriptors({exact.get(), bytes.size()});
 }
 
 Bytes healthy() {

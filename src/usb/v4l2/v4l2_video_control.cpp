@@ -1,11 +1,10 @@
 #include "usb/v4l2/v4l2_video_control.h"
 
-#include <algorithm>
-#include <array>
 #include <utility>
 
 #include "usb/v4l2/translation.h"
 #include "usb/v4l2/v4l2_outcome.h"
+#include "usb/video_control_descriptors.h"
 
 namespace usb {
 
@@ -30,23 +29,10 @@ std::uint8_t lowByte(std::uint16_t value) {
     return static_cast<std::uint8_t>(value & 0xFF);
 }
 
-/// Whether the first processing unit among the descriptors has the control behind bit `bit`.
+/// Whether the processing unit has the control behind bit `bit`.
 bool processingUnitHas(std::span<const std::uint8_t> descriptors, unsigned bit) {
-    constexpr std::uint8_t kInterfaceDescriptor = 0x24;
-    constexpr std::uint8_t kProcessingUnitSubtype = 0x05;
-    constexpr std::size_t kControlSizeAt = 7;
-    while (descriptors.size() > kControlSizeAt) {
-        const std::size_t length = std::min<std::size_t>(descriptors[0], descriptors.size());
-        if (length < 2) return false;
-        const auto unit = descriptors.first(length);
-        if (length > kControlSizeAt && unit[1] == kInterfaceDescriptor && unit[2] == kProcessingUnitSubtype) {
-            const std::size_t byte = kControlSizeAt + 1 + bit / 8;
-            return bit / 8 < unit[kControlSizeAt] && byte < length &&
-                   ((unsigned{unit[byte]} >> (bit % 8)) & 1u) != 0;
-        }
-        descriptors = descriptors.subspan(length);
-    }
-    return false;
+    const auto parsed = parseVideoControlDescriptors(descriptors);
+    return parsed && parsed->processingUnitBitmap && hasControl(*parsed->processingUnitBitmap, bit);
 }
 
 /// V4L2 has one name for the two controls of automatic white balance. Whether it means, on this camera, the

@@ -1,16 +1,20 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <vector>
 
-namespace uvc {
+namespace usb {
 
 /// A unit's bmControls: one bit a control, least significant bit of the first byte first.
 using ControlBitmap = std::vector<std::uint8_t>;
 
-/// What the library reads from a device's class-specific VideoControl descriptors.
+/// Whether the bit is set; false behind the bitmap's end.
+[[nodiscard]] bool hasControl(const ControlBitmap &bitmap, std::size_t bit);
+
+/// What is read of a device's class-specific VideoControl descriptors.
 struct VideoControlDescriptors {
     std::uint16_t uvcVersion = 0;                       ///< bcdUVC
     std::optional<ControlBitmap> terminalBitmap;        ///< of the last input terminal that has one
@@ -24,4 +28,4 @@ struct VideoControlDescriptors {
 [[nodiscard]] std::optional<VideoControlDescriptors> parseVideoControlDescriptors(
     std::span<const std::uint8_t> bytes);
 
-}  // namespace uvc
+}  // namespace usb

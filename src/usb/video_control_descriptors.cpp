@@ -1,9 +1,8 @@
-#include "uvc/uvc_descriptors.h"
+#include "usb/video_control_descriptors.h"
 
 #include <algorithm>
-#include <cstddef>
 
-namespace uvc {
+namespace usb {
 namespace {
 
 using Bytes = std::span<const std::uint8_t>;
@@ -75,6 +74,10 @@ void takeBitmap(Bytes descriptor, std::size_t controlSizeOffset, std::optional<C
 
 }  // namespace
 
+bool hasControl(const ControlBitmap &bitmap, std::size_t bit) {
+    return bit / 8 < bitmap.size() && ((unsigned{bitmap[bit / 8]} >> (bit % 8)) & 1u) != 0;
+}
+
 std::optional<VideoControlDescriptors> parseVideoControlDescriptors(Bytes rest) {
     Bytes block = rest;
     Bytes header = takeDescriptor(rest);
@@ -108,4 +111,4 @@ std::optional<VideoControlDescriptors> parseVideoControlDescriptors(Bytes rest) 
     return result;
 }
 
-}  // namespace uvc
+}  // namespace usb
