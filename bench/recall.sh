@@ -14,15 +14,16 @@ rm -f /lib/udev/rules.d/80-drivers.rules
 devices() {
     cat /sys/bus/usb/devices/*/idVendor | wc -l
 }
+devices_are() { test "$(devices)" "$1" "$2"; }
 wait_until() {
-    until eval "$1"; do sleep 0.2; done
+    until "$@"; do sleep 0.2; done
     udevadm settle --timeout=60
 }
 
 "$build/bin/zelvoria-camara-virtual" --log "$log" &
-wait_until 'grep -qs listening $log'
+wait_until grep -qs listening "$log"
 usbip attach -r 127.0.0.1 -b 1-1
-wait_until '[ -e /dev/video0 ]'
+wait_until [ -e /dev/video0 ]
 few=$(devices)
 
 measure() {
@@ -35,11 +36,11 @@ measure() {
 
 measure Driver "$@"
 modprobe xhci-pci
-wait_until '[ $(devices) -ge 40 ]'
+wait_until devices_are -ge 40
 measure Driver "$@"
 modprobe -r uvcvideo
 measure Libusb "$@"
 modprobe -r xhci-pci
-wait_until '[ $(devices) -eq $few ]'
+wait_until devices_are -eq "$few"
 measure Libusb "$@"
 kill %1

@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2034 # the lists are for those who source it
 # Sourced by run, test and scripts. Installs Debian packages that are missing, and says so; quiet when nothing is.
 # Each package is named once.
 
@@ -21,6 +22,9 @@ BIG_ENDIAN_PACKAGES=(g++-s390x-linux-gnu qemu-user googletest)
 TOUR_PACKAGES=(xvfb xauth openbox xdotool imagemagick)
 # What a screen reader speaks to, and a Wayland desktop for it, beside the tour's screen.
 ACCESSIBILITY_PACKAGES=(at-spi2-core python3-pyatspi dbus-daemon weston)
+BENCH_PACKAGES=(libbenchmark-dev)
+# What reads the tree's text.
+LINT_PACKAGES=(clang clang-tidy clang-format shellcheck codespell)
 
 # need_packages PACKAGE...: installs what is missing. A script calls it once, with all that it needs: if this user may
 # not install, it ends with one command for somebody who may.

@@ -30,6 +30,7 @@ else
     # A window of the virtual screen, which gives it a keyboard: alone there, for the keys go to what has the pointer.
     weston --no-config --use-pixman --idle-time=0 --width=1280 --height=1000 --socket=journey >&2 &
     helpers+=($!)
+    # shellcheck disable=SC2016 # the inner shell's own parameter
     timeout 30 sh -c 'until [ -S "$0/journey" ]; do sleep 0.1; done' "$XDG_RUNTIME_DIR"
     display=(QT_QPA_PLATFORM=wayland WAYLAND_DISPLAY=journey)
 fi

@@ -1,4 +1,5 @@
 #!/bin/busybox sh
+# shellcheck shell=dash
 # The guest's first process. Mounts two 9p shares: the host's root file system, which is never written to, and a folder
 # for results. Runs /out/command in there, writes its exit status to /out/status and switches off.
 export PATH=/bin

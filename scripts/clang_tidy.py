@@ -1,0 +1,54 @@
+#!/usr/bin/env python3
+"""Runs clang-tidy over every file of ours in a build's compile_commands.json, one for each processor.
+
+    clang_tidy.py BUILD STAMPS
+
+STAMPS is a folder: a file in it stands for one text that clang-tidy had nothing to say about. Its name is made of all
+that the verdict depends on: the preprocessed text with comments and macros, the checks, and clang-tidy's version.
+"""
+
+import concurrent.futures
+import hashlib
+import json
+import os
+import pathlib
+import shlex
+import subprocess
+import sys
+
+build, stamps = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
+root = pathlib.Path.cwd()
+
+
+def output_of(*command, folder=root):
+    return subprocess.run(command, cwd=folder, check=True, stdout=subprocess.PIPE).stdout
+
+
+def stamp_of(entry):
+    command = shlex.split(entry["command"])
+    output = command.index("-o")
+    text = output_of(*command[:output], *command[output + 2 :], "-E", "-P", "-C", "-dD", folder=entry["directory"])
+    settings = [root / ".clang-tidy", root / "tests/.clang-tidy"]
+    parts = [text, tidy_version, *(file.read_bytes() for file in settings)]
+    return stamps / hashlib.sha256(b"\0".join(parts)).hexdigest()
+
+
+def check(entry):
+    stamp = stamp_of(entry)
+    if not stamp.exists():
+        tidy = ["clang-tidy", "-p", str(build), "--quiet", entry["file"]]
+        result = subprocess.run(tidy, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+        if result.returncode != 0:
+            return result.stdout
+    stamp.touch()
+    return ""
+
+
+tidy_version = output_of("clang-tidy", "--version")
+entries = {entry["file"]: entry for entry in json.loads((build / "compile_commands.json").read_text())}
+ours = [entry for file, entry in entries.items() if not pathlib.Path(file).is_relative_to(build)]
+with concurrent.futures.ThreadPoolExecutor(len(os.sched_getaffinity(0))) as pool:
+    complaints = [text for text in pool.map(check, ours) if text]
+print("".join(complaints), end="")
+print(f"clang-tidy: {len(ours)} files, {len(complaints)} with complaints", file=sys.stderr)
+sys.exit(1 if complaints or not ours else 0)
