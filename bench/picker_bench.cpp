@@ -16,7 +16,7 @@ std::vector<std::string> names(std::int64_t count) {
 }
 
 void BM_FillAndOpen(benchmark::State &state) {
-    Picker picker;
+    ui::Picker picker;
     picker.show();
     const auto list = names(state.range(0));
     for (auto _ : state) {

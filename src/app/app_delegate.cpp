@@ -13,7 +13,7 @@
 void AppDelegate::applicationDidFinishLaunching() {
     myContentView = std::make_unique<ContentView>();
 
-    window = std::make_unique<MainWindow>(*this);
+    window = std::make_unique<app::MainWindow>(*this);
     window->centre();
     window->restoreFrame();
     window->setContent(*myContentView);
@@ -23,11 +23,11 @@ void AppDelegate::applicationDidFinishLaunching() {
 }
 
 void AppDelegate::ImportPresets() {
-    importPresets([this](const std::string &commandLine) { return shell({commandLine}); });
+    app::importPresets([this](const std::string &commandLine) { return shell({commandLine}); });
 }
 
 void AppDelegate::ExportPresets() {
-    exportPresets([this](const std::string &commandLine) { return shell({commandLine}); });
+    app::exportPresets([this](const std::string &commandLine) { return shell({commandLine}); });
 }
 
 void AppDelegate::PaginaZEL() {

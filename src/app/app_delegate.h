@@ -5,7 +5,10 @@
 #include <string>
 
 class ContentView;
+
+namespace app {
 class MainWindow;
+}
 
 /// Receives the platform's notices and the menu's commands. Builds the view and the one window when launching
 /// has finished; both then stay for the life of the process. Lives on the user-interface thread.
@@ -38,10 +41,10 @@ class AppDelegate {
     AppDelegate &operator=(const AppDelegate &) = delete;
 
     /// The main window; null until launching has finished.
-    [[nodiscard]] MainWindow *mainWindow() const { return window.get(); }
+    [[nodiscard]] app::MainWindow *mainWindow() const { return window.get(); }
 
  private:
-    std::unique_ptr<MainWindow> window;
+    std::unique_ptr<app::MainWindow> window;
     std::unique_ptr<ContentView> myContentView;
 
     /// Runs `arguments` through the system's shell (the first is the script) and blocks until it has ended;

@@ -7,6 +7,7 @@
 
 #include "app/app_delegate.h"
 
+namespace app {
 namespace {
 
 using Command = void (AppDelegate::*)();
@@ -94,3 +95,5 @@ QMenu &MainMenu::addMenu(const char *title) {
     menus_.push_back(std::make_unique<QMenu>(QString::fromUtf8(title)));
     return *menus_.back();
 }
+
+}  // namespace app

@@ -7,6 +7,8 @@ class AppDelegate;
 class QMenu;
 class QMenuBar;
 
+namespace app {
+
 /// The menu: its titles, order and shortcuts, and where each command goes. More than one menu bar may show
 /// it.
 class MainMenu {
@@ -25,3 +27,5 @@ class MainMenu {
 
     std::vector<std::unique_ptr<QMenu>> menus_;
 };
+
+}  // namespace app

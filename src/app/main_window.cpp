@@ -9,6 +9,7 @@
 #include "platform/qt/window_order.h"
 #include "ui/content_widget.h"
 
+namespace app {
 namespace {
 
 // Asked for at the first start; the content's limits win.
@@ -35,7 +36,7 @@ void MainWindow::restoreFrame() {
 }
 
 void MainWindow::setContent(ContentView &view) {
-    setCentralWidget(new ContentWidget(view, this));
+    setCentralWidget(new ui::ContentWidget(view, this));
 }
 
 void MainWindow::makeKeyAndOrderFront() {
@@ -63,7 +64,9 @@ void MainWindow::changeEvent(QEvent *event) {
 }
 
 void MainWindow::limitSize() {
-    const int height = ContentWidget::kHeight + menuBar()->sizeHint().height();
-    setMinimumSize(ContentWidget::kMinimumWidth, height);
-    setMaximumSize(ContentWidget::kMaximumWidth, height);
+    const int height = ui::ContentWidget::kHeight + menuBar()->sizeHint().height();
+    setMinimumSize(ui::ContentWidget::kMinimumWidth, height);
+    setMaximumSize(ui::ContentWidget::kMaximumWidth, height);
 }
+
+}  // namespace app

@@ -10,6 +10,8 @@
 class AppDelegate;
 class ContentView;
 
+namespace app {
+
 /// The one window. Its content is 600 to 800 wide and exactly 200 high; the menu bar comes on top of that.
 /// Closing it does not end the program: the menu bar then stays on the screen as a slim window of its own.
 class MainWindow : public QMainWindow {
@@ -41,3 +43,5 @@ class MainWindow : public QMainWindow {
     platform::WindowFrame frame_;
     bool quitting_ = false;
 };
+
+}  // namespace app

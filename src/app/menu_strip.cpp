@@ -10,6 +10,7 @@
 #include "platform/qt/accessible_role.h"
 #include "platform/qt/window_order.h"
 
+namespace app {
 namespace {
 
 constexpr int kWidth = 360;
@@ -38,3 +39,5 @@ void MenuStrip::closeEvent(QCloseEvent *event) {
     event->accept();
     QApplication::quit();
 }
+
+}  // namespace app

@@ -2,8 +2,11 @@
 
 #include <QWidget>
 
-class MainMenu;
 class QMenuBar;
+
+namespace app {
+
+class MainMenu;
 
 /// The menu bar on its own, shown when the main window has been closed, so that nobody is left with a program
 /// they cannot reach. Closing it quits.
@@ -20,3 +23,5 @@ class MenuStrip : public QWidget {
  private:
     QMenuBar *bar_;
 };
+
+}  // namespace app

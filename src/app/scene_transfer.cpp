@@ -9,6 +9,7 @@
 #include "platform/services.h"
 #include "scenes/scene_tree.h"
 
+namespace app {
 namespace {
 
 /// The text behind the last "." of the path's last component; a leading "." begins no extension.
@@ -76,3 +77,5 @@ void importPresets(const CommandRunner &run) {
     std::ignore = confirm("Importación", "Importación realizada con éxito. Por favor REINICIE la aplicación.",
                           {"Aceptar"});
 }
+
+}  // namespace app

@@ -4,6 +4,8 @@
 #include <functional>
 #include <string>
 
+namespace app {
+
 /// Runs one command line through the system's shell, blocks until it has ended, and returns its exit status.
 using CommandRunner = std::function<std::int32_t(const std::string &commandLine)>;
 
@@ -20,3 +22,5 @@ void exportPresets(CommandRunner run);
 /// folder itself, so its scenes arrive one level deeper than they lay: that is wanted. The tree in memory is
 /// not reloaded, and the user is told to restart, whatever the command did.
 void importPresets(const CommandRunner &run);
+
+}  // namespace app

@@ -18,29 +18,29 @@ class ContentView {
  public:
     /// A level of the tree for a view that shows it on its own. ContentView keeps its selection in its fields
     /// and creates none of these.
-    class L_Grupos : public ElementList {};
-    class L_Subgrupos : public ElementList {};
+    class L_Grupos : public ui::ElementList {};
+    class L_Subgrupos : public ui::ElementList {};
 
     /// Loads the scene tree from disk and refreshes everything: the camera goes to the first scene.
     ContentView();
     ContentView(const ContentView &) = delete;
     ContentView &operator=(const ContentView &) = delete;
 
-    Observable<bool> showDetails{false};
-    Observable<double> SliderPanValue{0};
-    Observable<double> SliderTiltValue{0};
-    Observable<double> SliderZoomValue{0};
+    ui::Observable<bool> showDetails{false};
+    ui::Observable<double> SliderPanValue{0};
+    ui::Observable<double> SliderTiltValue{0};
+    ui::Observable<double> SliderZoomValue{0};
     /// Indices into ListaGrupos, ListaSubgrupos and ListaEscenas. -1 in the last two: nothing selected.
-    Observable<std::int64_t> selectedGrupo{0};
-    Observable<std::int64_t> selectedSubgrupo{0};
-    Observable<std::int64_t> selectedEscena{0};
-    Observable<bool> isShowingAlert{false};
-    Observable<std::string> alertInput{""};
-    Observable<bool> ListaSubgrupoDisabled{true};
-    Observable<bool> ListaEscenasDisabled{true};
-    Observable<bool> buttonRemoveSubgrupoDisabled{true};
-    Observable<bool> buttonAddEscenaDisabled{true};
-    Observable<bool> buttonRemoveEscenaDisabled{true};
+    ui::Observable<std::int64_t> selectedGrupo{0};
+    ui::Observable<std::int64_t> selectedSubgrupo{0};
+    ui::Observable<std::int64_t> selectedEscena{0};
+    ui::Observable<bool> isShowingAlert{false};
+    ui::Observable<std::string> alertInput{""};
+    ui::Observable<bool> ListaSubgrupoDisabled{true};
+    ui::Observable<bool> ListaEscenasDisabled{true};
+    ui::Observable<bool> buttonRemoveSubgrupoDisabled{true};
+    ui::Observable<bool> buttonAddEscenaDisabled{true};
+    ui::Observable<bool> buttonRemoveEscenaDisabled{true};
 
     /// Rebuilds the centre list and everything below it.
     void actualizarGrupos();

@@ -21,6 +21,7 @@
 
 using namespace Qt::StringLiterals;
 
+namespace ui {
 namespace {
 
 constexpr int kMargin = 6;
@@ -281,3 +282,5 @@ void ContentWidget::keepFocusInReach() {
         (scene_.add->isEnabled() ? scene_.add : room_.add)->setFocus();
     if (focused == room_.remove && view_.buttonRemoveSubgrupoDisabled) room_.add->setFocus();
 }
+
+}  // namespace ui

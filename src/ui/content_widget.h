@@ -4,8 +4,11 @@
 #include <vector>
 
 class ContentView;
-class Picker;
 class QPushButton;
+
+namespace ui {
+
+class Picker;
 
 /// Draws a ContentView: logos and nudge buttons on the left, the three pickers with their add and delete
 /// buttons on the right. 600 to 800 wide, exactly 200 high: where the desktop's font is too large for
@@ -52,3 +55,5 @@ class ContentWidget : public QWidget {
     std::vector<QPushButton *> nudges_;
     bool redrawPending_ = false;
 };
+
+}  // namespace ui

@@ -2,4 +2,8 @@
 
 #include <QUuid>
 
+namespace ui {
+
 ElementList::ElementList() : id(QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString()) {}
+
+}  // namespace ui

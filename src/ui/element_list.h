@@ -8,6 +8,8 @@
 
 class ContentView;
 
+namespace ui {
+
 /// A list of names with one of them selected: what ContentView's L_Grupos and L_Subgrupos have in common.
 class ElementList {
  public:
@@ -23,3 +25,5 @@ class ElementList {
     [[nodiscard]] const std::vector<std::string> &listaNames() const { return Lista; }
     [[nodiscard]] std::int64_t elementosCount() const { return static_cast<std::int64_t>(Lista.size()); }
 };
+
+}  // namespace ui

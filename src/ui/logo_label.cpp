@@ -11,6 +11,7 @@ static void initAssets() {
     Q_INIT_RESOURCE(assets);
 }
 
+namespace ui {
 namespace {
 
 constexpr int kMargin = 4;
@@ -31,3 +32,5 @@ void LogoLabel::paintEvent(QPaintEvent *) {
     QSvgRenderer picture(asset_);
     picture.render(&painter, QRectF(rect()).adjusted(kMargin, kMargin, -kMargin, -kMargin));
 }
+
+}  // namespace ui

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QWidget>
 
+namespace ui {
+
 /// One of the two logos: the picture at a fixed size with 4 pixels of white around it, in dark palettes too
 /// (the artwork is drawn for white).
 class LogoLabel : public QWidget {
@@ -16,3 +18,5 @@ class LogoLabel : public QWidget {
  private:
     QString asset_;
 };
+
+}  // namespace ui

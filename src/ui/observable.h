@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+namespace ui {
+
 /// One field of a window's state. Observers are told of every write, also of one that leaves the value as it
 /// was, in the order in which they subscribed. Nothing may be written once an observer is gone.
 template <typename Value>
@@ -30,3 +32,5 @@ class Observable {
     Value value_;
     std::vector<Observer> observers_;
 };
+
+}  // namespace ui

@@ -9,6 +9,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 
+namespace ui {
 namespace {
 
 constexpr int kTextMargin = 4;
@@ -119,3 +120,5 @@ void Picker::paintEvent(QPaintEvent *) {
 void Picker::wheelEvent(QWheelEvent *event) {
     event->ignore();
 }
+
+}  // namespace ui

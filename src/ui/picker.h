@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace ui {
+
 /// A combo box that shows a list of names and is bound to an index that somebody else keeps. Only a person's
 /// choice of another entry is reported; filling it and setting its index are silent, since each report may
 /// move a camera. A name that does not fit, in the box or in its popup, ends in an ellipsis or has one in its
@@ -42,3 +44,5 @@ class Picker : public QComboBox {
     int index_ = -1;
     std::function<void(int)> chosen_;
 };
+
+}  // namespace ui

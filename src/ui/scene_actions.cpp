@@ -10,6 +10,8 @@
 #include "ui/content_view.h"
 #include "ui/modal_prompts.h"
 
+namespace ui {
+
 using platform::elementAt;
 using platform::valueFor;
 
@@ -108,3 +110,5 @@ void deleteScene(ContentView &view) {
     writeSelectedRoom(view);
     view.actualizarEscenas();
 }
+
+}  // namespace ui

@@ -2,6 +2,8 @@
 
 class ContentView;
 
+namespace ui {
+
 /// What the "Añadir" and "Eliminar" buttons do. Each asks the user first, changes the tree in memory, then
 /// the disk, and ends with exactly one refresh at the level that changed. A cancelled or empty answer, and
 /// the name of a centre or room that is there already, change nothing and say nothing.
@@ -14,3 +16,5 @@ void deleteRoom(ContentView &view);
 /// to the room's first scene.
 void saveScene(ContentView &view);
 void deleteScene(ContentView &view);
+
+}  // namespace ui

@@ -21,7 +21,7 @@ class ContentWidgetTest : public support::BenchTest, protected support::WindowUs
     /// Builds view and widget over what the store holds by now.
     void start() {
         view_ = std::make_unique<ContentView>();
-        widget_ = std::make_unique<ContentWidget>(*view_);
+        widget_ = std::make_unique<ui::ContentWidget>(*view_);
         widget_->show();
         widget_->activateWindow();
         bench_.camera->forgetTransfers();
@@ -30,7 +30,7 @@ class ContentWidgetTest : public support::BenchTest, protected support::WindowUs
     [[nodiscard]] QWidget *window() const override { return widget_.get(); }
 
     std::unique_ptr<ContentView> view_;
-    std::unique_ptr<ContentWidget> widget_;
+    std::unique_ptr<ui::ContentWidget> widget_;
 };
 
 TEST_F(ContentWidgetTest, ChoosingEntriesWalksTheTreeAndMovesTheCameraOncePerChoice) {

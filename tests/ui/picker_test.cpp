@@ -20,7 +20,7 @@ class PickerTest : public testing::Test {
         picker_.show();
     }
 
-    Picker picker_;
+    ui::Picker picker_;
     std::vector<int> chosen_;
 };
 
