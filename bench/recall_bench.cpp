@@ -15,6 +15,7 @@
 #include <span>
 #include <vector>
 
+#include "model/camera_models.h"
 #include "ptz/ptz_functions.h"
 #include "usb/system_registry.h"
 #include "uvc/uvc_controller.h"
@@ -59,7 +60,9 @@ void BM_BareDriver(benchmark::State &state) {
 
 /// The six requests that are made of every order: information, limits, step, default, and the order itself.
 bool setByLibusb(libusb_context *context, std::uint8_t selector, std::span<const std::uint8_t> order) {
-    libusb_device_handle *const device = libusb_open_device_with_vid_pid(context, 0x2574, 0x09C0);
+    const model::Record &record = model::kRecords.front();
+    libusb_device_handle *const device =
+        libusb_open_device_with_vid_pid(context, record.vendorId, record.productId);
     if (device == nullptr) return false;
     bool done = libusb_claim_interface(device, 0) == LIBUSB_SUCCESS;
     std::array<std::uint8_t, 8> data{};

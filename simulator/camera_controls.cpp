@@ -1,7 +1,5 @@
 #include "simulator/camera_controls.h"
 
-#include <algorithm>
-
 namespace simulator {
 
 namespace {
@@ -17,40 +15,38 @@ constexpr std::uint8_t kMotorised = kGetAndSet | kAutoUpdate;
 constexpr std::uint8_t kCt = kCameraTerminal;
 constexpr std::uint8_t kPu = kProcessingUnit;
 
-// unit, selector, enable bit, info, fields of {bytes, minimum, maximum, resolution, default}
-constexpr std::array<Control, 12> kControls{{
-    {kCt, 0x06, 5, kGetAndSet, {{{2, 0, 255, 1, 60}}}},                   // focus-abs
-    {kCt, 0x08, 17, kGetAndSet, {{{1, 0, 1, 1, 1}}}},                     // auto-focus
-    {kCt, kZoomAbsoluteSelector, 9, kMotorised, {{{2, 0, 1000, 1, 0}}}},  // zoom-abs
-    {kCt,
-     kPanTiltAbsoluteSelector,
-     11,
-     kMotorised,
-     {{{4, -612000, 612000, 3600, 0}, {4, -108000, 324000, 3600, 0}}}},  // pan-tilt-abs
-    {kPu, 0x01, 8, kGetAndSet, {{{2, 0, 2, 1, 0}}}},                     // backlight-compensation
-    {kPu, 0x02, 0, kGetAndSet, {{{2, -64, 64, 1, 0}}}},                  // brightness
-    {kPu, 0x03, 1, kGetAndSet, {{{2, 0, 100, 1, 50}}}},                  // contrast
-    {kPu, 0x05, 10, kGetAndSet, {{{1, 0, 2, 1, 1}}}},                    // power-line-frequency: 1 is 50 Hz
-    {kPu, 0x07, 3, kGetAndSet, {{{2, 0, 100, 1, 60}}}},                  // saturation
-    {kPu, 0x08, 4, kGetAndSet, {{{2, 0, 15, 1, 6}}}},                    // sharpness
-    {kPu, 0x0A, 6, kGetAndSet, {{{2, 2800, 6500, 10, 4600}}}},           // white-balance-temp, kelvin
-    {kPu, 0x0B, 12, kGetAndSet, {{{1, 0, 1, 1, 1}}}},                    // auto-white-balance-temp
-}};
-
 std::int32_t decodeField(const ControlField &field, std::span<const std::uint8_t> data) {
     std::uint32_t bits = 0;
     for (std::size_t i = 0; i < field.bytes; ++i) bits |= std::uint32_t{data[i]} << (8 * i);
 
     const unsigned width = 8u * field.bytes;
-    const bool negative = field.minimum < 0 && ((bits >> (width - 1)) & 1u) != 0;
+    const bool negative = field.range.minimum < 0 && ((bits >> (width - 1)) & 1u) != 0;
     if (negative && width < 32) bits |= ~std::uint32_t{0} << width;
     return static_cast<std::int32_t>(bits);
 }
 
 }  // namespace
 
-std::span<const Control> allControls() {
-    return kControls;
+// unit, selector, enable bit, info, fields of {bytes, {minimum, maximum, resolution, default}}
+std::array<Control, kControlCount> allControls(const model::Record &record) {
+    return {{
+        {kCt, 0x06, 5, kGetAndSet, {{{2, {0, 255, 1, 60}}}}},               // focus-abs
+        {kCt, 0x08, 17, kGetAndSet, {{{1, {0, 1, 1, 1}}}}},                 // auto-focus
+        {kCt, kZoomAbsoluteSelector, 9, kMotorised, {{{2, record.zoom}}}},  // zoom-abs
+        {kCt,
+         kPanTiltAbsoluteSelector,
+         11,
+         kMotorised,
+         {{{4, record.pan}, {4, record.tilt}}}},                      // pan-tilt-abs
+        {kPu, 0x01, 8, kGetAndSet, {{{2, {0, 2, 1, 0}}}}},            // backlight-compensation
+        {kPu, 0x02, 0, kGetAndSet, {{{2, {-64, 64, 1, 0}}}}},         // brightness
+        {kPu, 0x03, 1, kGetAndSet, {{{2, {0, 100, 1, 50}}}}},         // contrast
+        {kPu, 0x05, 10, kGetAndSet, {{{1, {0, 2, 1, 1}}}}},           // power-line-frequency: 1 is 50 Hz
+        {kPu, 0x07, 3, kGetAndSet, {{{2, {0, 100, 1, 60}}}}},         // saturation
+        {kPu, 0x08, 4, kGetAndSet, {{{2, {0, 15, 1, 6}}}}},           // sharpness
+        {kPu, 0x0A, 6, kGetAndSet, {{{2, {2800, 6500, 10, 4600}}}}},  // white-balance-temp, kelvin
+        {kPu, 0x0B, 12, kGetAndSet, {{{1, {0, 1, 1, 1}}}}},           // auto-white-balance-temp
+    }};
 }
 
 std::uint8_t unitId(const CameraOptions &options, const Control &control) {
@@ -64,17 +60,16 @@ bool hasControl(const CameraOptions &options, const Control &control) {
     return true;
 }
 
-const Control *findControl(const CameraOptions &options, std::uint8_t unit, std::uint8_t selector) {
-    const auto found = std::ranges::find_if(kControls, [&](const Control &control) {
-        return unitId(options, control) == unit && control.selector == selector &&
-               hasControl(options, control);
-    });
-    return found == kControls.end() ? nullptr : &*found;
+std::optional<Control> findControl(const CameraOptions &options, std::uint8_t unit, std::uint8_t selector) {
+    for (const Control &control : allControls(options.record))
+        if (unitId(options, control) == unit && control.selector == selector && hasControl(options, control))
+            return control;
+    return std::nullopt;
 }
 
 std::vector<std::uint8_t> controlBitmap(const CameraOptions &options, std::uint8_t unit, std::size_t size) {
     std::vector<std::uint8_t> bitmap(size, 0);
-    for (const Control &control : kControls) {
+    for (const Control &control : allControls(options.record)) {
         const std::size_t byte = control.enableBit / 8u;
         if (control.unit != unit || byte >= size || !hasControl(options, control)) continue;
         bitmap[byte] = static_cast<std::uint8_t>(bitmap[byte] | 1u << (control.enableBit % 8u));
@@ -82,10 +77,10 @@ std::vector<std::uint8_t> controlBitmap(const CameraOptions &options, std::uint8
     return bitmap;
 }
 
-std::vector<std::uint8_t> encode(const Control &control, std::int32_t ControlField::*property) {
+std::vector<std::uint8_t> encode(const Control &control, std::int32_t model::Range::*property) {
     std::vector<std::uint8_t> data;
     for (const ControlField &field : control.fields) {
-        const auto bits = static_cast<std::uint32_t>(field.*property);
+        const auto bits = static_cast<std::uint32_t>(field.range.*property);
         for (unsigned i = 0; i < field.bytes; ++i) data.push_back(static_cast<std::uint8_t>(bits >> (8 * i)));
     }
     return data;
@@ -103,7 +98,7 @@ std::optional<std::array<std::int32_t, 2>> decodeSetting(const Control &control,
 
         numbers[i] = decodeField(field, data.subspan(offset, field.bytes));
         offset += field.bytes;
-        if (numbers[i] < field.minimum || numbers[i] > field.maximum) return std::nullopt;
+        if (numbers[i] < field.range.minimum || numbers[i] > field.range.maximum) return std::nullopt;
     }
     return numbers;
 }

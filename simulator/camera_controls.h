@@ -29,10 +29,7 @@ namespace request = usb::request;
 /// One number inside a control's value, little-endian on the wire; signed where its minimum is below zero.
 struct ControlField {
     std::uint8_t bytes = 0;  ///< 1, 2 or 4; 0: no such field
-    std::int32_t minimum = 0;
-    std::int32_t maximum = 0;
-    std::int32_t resolution = 1;
-    std::int32_t standard = 0;  ///< what GET_DEF answers, and the setting after power-on
+    model::Range range;      ///< its default is also the setting after power-on
 };
 
 struct Control {
@@ -45,8 +42,10 @@ struct Control {
     [[nodiscard]] std::size_t size() const { return std::size_t{fields[0].bytes} + fields[1].bytes; }
 };
 
-/// The whole table, whether or not a camera's options leave something out.
-[[nodiscard]] std::span<const Control> allControls();
+inline constexpr std::size_t kControlCount = 12;
+
+/// The whole table of a model, whether or not a camera's options leave something out.
+[[nodiscard]] std::array<Control, kControlCount> allControls(const model::Record &record);
 
 /// The id of the control's entity in a camera of these options.
 [[nodiscard]] std::uint8_t unitId(const CameraOptions &options, const Control &control);
@@ -54,19 +53,19 @@ struct Control {
 /// Whether a camera of these options has the control.
 [[nodiscard]] bool hasControl(const CameraOptions &options, const Control &control);
 
-/// The control with this unit id and selector, or null if a camera of these options has none.
-[[nodiscard]] const Control *findControl(const CameraOptions &options, std::uint8_t unit,
-                                         std::uint8_t selector);
+/// The control with this unit id and selector; nothing if a camera of these options has none.
+[[nodiscard]] std::optional<Control> findControl(const CameraOptions &options, std::uint8_t unit,
+                                                 std::uint8_t selector);
 
 /// The bitmap of an entity, `size` bytes long, bit 0 of the first byte first.
 [[nodiscard]] std::vector<std::uint8_t> controlBitmap(const CameraOptions &options, std::uint8_t unit,
                                                       std::size_t size);
 
-/// The wire bytes of one property of every field, e.g. `encode(control, &ControlField::minimum)`.
-[[nodiscard]] std::vector<std::uint8_t> encode(const Control &control, std::int32_t ControlField::*property);
+/// The wire bytes of one property of every field, e.g. `encode(control, &model::Range::minimum)`.
+[[nodiscard]] std::vector<std::uint8_t> encode(const Control &control, std::int32_t model::Range::*property);
 
 /// The numbers of a setting; nothing when the length is wrong or a field lies outside its range. A number
-/// that is not a multiple of the step (GET_RES) passes: the camera keeps it as it is.
+/// that is not a multiple of the resolution passes: the camera keeps it as it is.
 [[nodiscard]] std::optional<std::array<std::int32_t, 2>> decodeSetting(const Control &control,
                                                                        std::span<const std::uint8_t> data);
 

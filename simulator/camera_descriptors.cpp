@@ -263,8 +263,8 @@ Bytes buildDeviceDescriptor(const CameraOptions &options) {
         .u1(0x02)
         .u1(0x01)
         .u1(64)  // bMaxPacketSize0
-        .u2(options.vendorId)
-        .u2(options.productId)
+        .u2(options.record.vendorId)
+        .u2(options.record.productId)
         .u2(0x0100)     // bcdDevice
         .u1(kNoString)  // iManufacturer
         .u1(kProductString)

@@ -9,10 +9,14 @@ namespace simulator {
 
 namespace {
 
-// Raw units a second: 60 degrees of pan, 45 of tilt; the whole zoom range in two seconds.
-constexpr double kPanSpeed = 60.0 * 3600;
-constexpr double kTiltSpeed = 45.0 * 3600;
-constexpr double kZoomSpeed = 500;
+// Raw units a second.
+constexpr double kPanSpeed = 60.0 * model::kRawPerDegree;
+constexpr double kTiltSpeed = 45.0 * model::kRawPerDegree;
+
+/// The whole range in two seconds.
+double zoomSpeed(const model::Range &zoom) {
+    return (zoom.maximum - zoom.minimum) / 2.0;
+}
 
 constexpr std::size_t kMostTransfers = 8192;
 
@@ -37,12 +41,10 @@ bool isMotorised(const Control &control) {
 }
 
 /// One property of the three axes, also of controls that this camera does not offer: it has the motors.
-Pose axes(std::int32_t ControlField::*property) {
-    const CameraOptions complete;
-    const Control &panTilt = *findControl(complete, kCameraTerminal, kPanTiltAbsoluteSelector);
-    const Control &zoom = *findControl(complete, kCameraTerminal, kZoomAbsoluteSelector);
-    return {static_cast<double>(panTilt.fields[0].*property),
-            static_cast<double>(panTilt.fields[1].*property), static_cast<double>(zoom.fields[0].*property)};
+Pose axes(const CameraOptions &options, std::int32_t model::Range::*property) {
+    const model::Record &record = options.record;
+    return {static_cast<double>(record.pan.*property), static_cast<double>(record.tilt.*property),
+            static_cast<double>(record.zoom.*property)};
 }
 
 }  // namespace
@@ -50,11 +52,11 @@ Pose axes(std::int32_t ControlField::*property) {
 CameraModel::CameraModel(CameraOptions options, Clock clock)
     : options_(std::move(options)),
       clock_(std::move(clock)),
-      pan_(kPanSpeed, axes(&ControlField::standard).pan),
-      tilt_(kTiltSpeed, axes(&ControlField::standard).tilt),
-      zoom_(kZoomSpeed, axes(&ControlField::standard).zoom) {
-    for (const Control &control : allControls())
-        settings_[{control.unit, control.selector}] = encode(control, &ControlField::standard);
+      pan_(kPanSpeed, axes(options_, &model::Range::defaultValue).pan),
+      tilt_(kTiltSpeed, axes(options_, &model::Range::defaultValue).tilt),
+      zoom_(zoomSpeed(options_.record.zoom), axes(options_, &model::Range::defaultValue).zoom) {
+    for (const Control &control : allControls(options_.record))
+        settings_[{control.unit, control.selector}] = encode(control, &model::Range::defaultValue);
 }
 
 std::vector<std::uint8_t> CameraModel::deviceDescriptor() const {
@@ -87,8 +89,8 @@ bool CameraModel::answer(const usb::SetupPacket &setup, std::span<std::uint8_t> 
     if (lowByte(setup.index) != options_.videoControlInterface || lowByte(setup.value) != 0) return false;
     if (options_.refused.contains(keyOf(setup))) return false;
 
-    const Control *control = findControl(options_, highByte(setup.index), highByte(setup.value));
-    if (control == nullptr) return false;
+    const auto control = findControl(options_, highByte(setup.index), highByte(setup.value));
+    if (!control) return false;
     if (setup.requestType == kSetRequestType) return setup.request == request::kSetCur && set(*control, data);
     if (setup.requestType != kGetRequestType) return false;
 
@@ -118,14 +120,14 @@ std::vector<std::uint8_t> CameraModel::get(const Control &control, std::uint8_t 
         case request::kGetCur:
             return current(control);
         case request::kGetMin:
-            return encode(control, reversed ? &ControlField::maximum : &ControlField::minimum);
+            return encode(control, reversed ? &model::Range::maximum : &model::Range::minimum);
         case request::kGetMax:
-            return encode(control, reversed ? &ControlField::minimum : &ControlField::maximum);
+            return encode(control, reversed ? &model::Range::minimum : &model::Range::maximum);
         case request::kGetRes:
             if (options_.zeroResolution) return std::vector<std::uint8_t>(control.size(), 0);
-            return encode(control, &ControlField::resolution);
+            return encode(control, &model::Range::resolution);
         case request::kGetDef:
-            return encode(control, &ControlField::standard);
+            return encode(control, &model::Range::defaultValue);
         case request::kGetLen:
             return {static_cast<std::uint8_t>(control.size()), 0};
         case request::kGetInfo:
@@ -138,8 +140,8 @@ std::vector<std::uint8_t> CameraModel::get(const Control &control, std::uint8_t 
 std::vector<std::uint8_t> CameraModel::current(const Control &control) const {
     if (options_.outsideRange && isMotorised(control)) {
         Control beyond = control;
-        for (ControlField &field : beyond.fields) field.maximum += 10 * field.resolution;
-        return encode(beyond, &ControlField::maximum);
+        for (ControlField &field : beyond.fields) field.range.maximum += 10 * field.range.resolution;
+        return encode(beyond, &model::Range::maximum);
     }
     // The current setting is where the camera was told to go, even while the motors run. A nudge reads the
     // position and then sets it: from the momentary position, each click during a move would lose part of
@@ -162,11 +164,11 @@ bool CameraModel::isMoving() const {
 }
 
 Pose CameraModel::minimum() const {
-    return axes(&ControlField::minimum);
+    return axes(options_, &model::Range::minimum);
 }
 
 Pose CameraModel::maximum() const {
-    return axes(&ControlField::maximum);
+    return axes(options_, &model::Range::maximum);
 }
 
 void CameraModel::refuse(const RequestKey &key, bool refused) {

@@ -5,17 +5,23 @@
 #include <string>
 #include <tuple>
 
+#include "model/camera_models.h"
+
 namespace simulator {
 
 /// Identifies one kind of request to one control: unit id, selector, bRequest.
 using RequestKey = std::tuple<std::uint8_t, std::uint8_t, std::uint8_t>;
 
-/// What kind of camera it is. Set in code only; the defaults are the supported model without faults.
+/// What a simulated camera of a model calls itself.
+[[nodiscard]] inline std::string simulatedName(const model::Record &record) {
+    return std::string(record.name) + " simulada";
+}
+
+/// What kind of camera it is. Set in code only; the defaults are the first supported model without faults.
 struct CameraOptions {
-    std::uint16_t vendorId = 0x2574;
-    std::uint16_t productId = 0x09C0;
-    std::uint16_t uvcVersion = 0x0110;  ///< bcdUVC: 0x0100 or 0x0110
-    std::string productName = "Cámara PTZ simulada";
+    model::Record record = model::kRecords.front();  ///< its ids, and the ranges of its motors
+    std::uint16_t uvcVersion = 0x0110;               ///< bcdUVC: 0x0100 or 0x0110
+    std::string productName = simulatedName(record);
     bool hasPanTiltAbs = true;
     bool hasZoomAbs = true;
     std::set<RequestKey> refused;  ///< requests that this camera stalls although it has the control

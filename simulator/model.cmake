@@ -5,4 +5,4 @@ zel_library(simulator
         camera_model.cpp
         motor.cpp
         simulated_registry.cpp
-    LINKS usb)
+    LINKS model usb)

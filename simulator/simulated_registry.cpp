@@ -119,8 +119,8 @@ void SimulatedRegistry::plug(std::shared_ptr<CameraModel> camera, std::uint8_t b
     auto port = std::make_shared<Port>();
     port->bus = bus;
     port->path = std::move(ports);
-    port->vendorId = camera->options().vendorId;
-    port->productId = camera->options().productId;
+    port->vendorId = camera->options().record.vendorId;
+    port->productId = camera->options().record.productId;
     port->name = camera->options().productName;
     port->camera = std::move(camera);
     insert(std::move(port));

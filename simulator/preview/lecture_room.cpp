@@ -11,7 +11,6 @@ namespace simulator {
 
 namespace {
 
-constexpr double kRawPerDegree = 3600;
 constexpr double kGreatestMagnification = 10;
 
 /// A lens lets a little less light through towards the corners.
@@ -37,7 +36,7 @@ void paintLectureRoom(QPainter &painter, const QRect &picture, const Pose &pose,
     painter.setRenderHint(QPainter::Antialiasing);
     // Antialiasing lets the background through along the seam of two walls: a dark one looks like a shadow.
     painter.fillRect(picture, QColor(0xA8, 0x8C, 0x6A));
-    const Lens lens(painter, picture, pose.pan / kRawPerDegree, pose.tilt / kRawPerDegree,
+    const Lens lens(painter, picture, pose.pan / model::kRawPerDegree, pose.tilt / model::kRawPerDegree,
                     magnification(pose.zoom, maximumZoom));
 
     // From far to near. The walls come first; they never hide one another from inside the room.

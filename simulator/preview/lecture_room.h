@@ -9,7 +9,7 @@ class QPainter;
 namespace simulator {
 
 /// The end of the zoom range unless the camera says otherwise, raw units.
-inline constexpr double kUsualMaximumZoom = 1000;
+inline constexpr double kUsualMaximumZoom = model::kRecords.front().zoom.maximum;
 
 /// How much larger than at zoom 0 things look: 1 to 10, growing by the same factor with each raw unit.
 [[nodiscard]] double magnification(double zoomRaw, double maximumZoom = kUsualMaximumZoom);

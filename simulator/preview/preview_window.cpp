@@ -25,7 +25,6 @@ namespace {
 
 constexpr std::chrono::milliseconds kPollInterval{33};
 constexpr int kBarHeight = 70;
-constexpr double kRawPerDegree = 3600;
 constexpr QRgb kBarColour = qRgb(0x20, 0x2B, 0x31);
 constexpr QRgb kTextColour = qRgb(0xF4, 0xEE, 0xE0);
 constexpr QRgb kDimTextColour = qRgb(0xA9, 0xB5, 0xBA);
@@ -142,8 +141,8 @@ class ReachDial : public QWidget {
  public:
     ReachDial(const CameraModel &camera, QWidget *parent)
         : QWidget(parent),
-          leftmost_(camera.minimum().pan / kRawPerDegree),
-          rightmost_(camera.maximum().pan / kRawPerDegree),
+          leftmost_(camera.minimum().pan / model::kRawPerDegree),
+          rightmost_(camera.maximum().pan / model::kRawPerDegree),
           maximumZoom_(camera.maximum().zoom) {
         setFixedSize(54, 54);
         presentAs(QAccessible::Graphic, *this, u"Orientación de la cámara vista desde arriba"_s);
@@ -163,7 +162,7 @@ class ReachDial : public QWidget {
         painter.setPen(QPen(QColor(kFaintColour), 3, Qt::SolidLine, Qt::RoundCap));
         painter.drawArc(circle, sixteenths(90 - rightmost_), sixteenths(rightmost_ - leftmost_));
         if (pose_) {
-            const double pan = pose_->pan / kRawPerDegree;
+            const double pan = pose_->pan / model::kRawPerDegree;
             const double halfField =
                 std::atan(std::tan(std::numbers::pi / 6) / magnification(pose_->zoom, maximumZoom_)) * 180 /
                 std::numbers::pi;
@@ -190,8 +189,8 @@ class ReachDial : public QWidget {
 
 QString poseText(const Pose &pose, double maximumZoom) {
     return u"Pan %1°\u2002Inclinación %2°\u2002Zoom %3 (%4×)"_s.arg(
-        number(pose.pan / kRawPerDegree, 1), number(pose.tilt / kRawPerDegree, 1), number(pose.zoom, 0),
-        number(magnification(pose.zoom, maximumZoom), 1));
+        number(pose.pan / model::kRawPerDegree, 1), number(pose.tilt / model::kRawPerDegree, 1),
+        number(pose.zoom, 0), number(magnification(pose.zoom, maximumZoom), 1));
 }
 
 PreviewWindow::PreviewWindow(std::shared_ptr<CameraModel> camera, QWidget *parent)

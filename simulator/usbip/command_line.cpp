@@ -1,5 +1,6 @@
 #include "simulator/usbip/command_line.h"
 
+#include <algorithm>
 #include <charconv>
 #include <string_view>
 
@@ -20,9 +21,19 @@ bool readNumber(std::string_view text, Number least, Number most, Number &number
     return true;
 }
 
+/// `ids` as model::Record has them.
+bool takeModel(std::string_view ids, CameraOptions &options) {
+    const auto record = std::ranges::find(model::kRecords, ids, &model::Record::ids);
+    if (record == model::kRecords.end()) return false;
+    options.record = *record;
+    options.productName = simulatedName(*record);
+    return true;
+}
+
 bool take(std::string_view option, std::string_view value, CommandLine &line) {
     if (option == "--port") return readNumber<std::uint16_t>(value, 0, 65535, line.port);
     if (option == "--cameras") return readNumber(value, 1u, kMostCameras, line.cameras);
+    if (option == "--model") return takeModel(value, line.faults.options);
     if (option == "--fault") return addFault(value, line.faults);
     if (option != "--log" || value.empty()) return false;
     line.logFile = value;

@@ -17,7 +17,7 @@ constexpr std::uint8_t kOtherUnit = 6;
 template <std::uint8_t request>
 void refuse(Faults &faults) {
     for (const std::uint8_t unit : {kCameraTerminal, kProcessingUnit, kOtherTerminal, kOtherUnit})
-        for (const Control &control : allControls())
+        for (const Control &control : allControls(faults.options.record))
             faults.options.refused.insert({unit, control.selector, request});
 }
 

@@ -49,9 +49,9 @@ int main(int argc, char *argv[]) {
     const auto arguments = std::span<const char *const>(argv, static_cast<std::size_t>(argc)).subspan(1);
     const std::optional<CommandLine> line = readCommandLine(arguments);
     if (!line) {
-        std::cerr
-            << "Uso: zelvoria-camara-virtual [--port N] [--cameras N] [--fault NOMBRE]... [--log FICHERO]\n"
-               "Las averías y el registro se explican en docs/camara-virtual.md\n";
+        std::cerr << "Uso: zelvoria-camara-virtual [--port N] [--cameras N] [--model ID] [--fault NOMBRE]... "
+                     "[--log FICHERO]\n"
+                     "Las averías y el registro se explican en docs/camara-virtual.md\n";
         return kMisused;
     }
 

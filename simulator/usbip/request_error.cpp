@@ -13,8 +13,8 @@ RequestError requestErrorOf(const CameraOptions &options, const usb::SetupPacket
     if (unit != options.cameraTerminalId && unit != options.processingUnitId)
         return RequestError::invalidUnit;
 
-    const Control *control = findControl(options, unit, selector);
-    if (control == nullptr) return RequestError::invalidControl;
+    const auto control = findControl(options, unit, selector);
+    if (!control) return RequestError::invalidControl;
     if (isAnswered(setup) || setup.request != request::kSetCur || data.size() != control->size())
         return RequestError::invalidRequest;
     if (!decodeSetting(*control, data)) return RequestError::outOfRange;

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string_view>
 
+#include "model/camera_models.h"
 #include "ptz/supported_camera.h"
 #include "uvc/uvc_catalogue.h"
 #include "uvc/uvc_control.h"
@@ -15,7 +16,7 @@ namespace {
 
 /// The last supported camera of the list, held open until the caller lets go of it; null when there is none.
 std::shared_ptr<UVCController> chooseCamera() {
-    const auto controllers = UVCController::uvcControllersWithVendorId(ptz::kVendorId, ptz::kProductId);
+    const auto controllers = UVCController::uvcControllersWithIds(model::isSupported);
     auto camera = controllers ? ptz::supportedCamera(*controllers) : nullptr;
     // One claim for the six requests of an order: each that the kernel grants costs as much as a request. If
     // it is not granted, the requests fail each by itself.

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-/// Plain text access to the one supported camera (USB vendor 0x2574, product 0x09C0; the last one listed
+/// Plain text access to the one supported camera (of a model in model/camera_models.h; the last one listed
 /// where there are several). No state is kept: every call enumerates the devices anew, sends the camera
 /// several requests and waits for each (see usb::kRequestTimeout). A camera that is plugged in while the
 /// program runs is found only where the system announces new devices (udev).

@@ -3,18 +3,26 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "ptz/supported_camera.h"
+#include "model/camera_models.h"
 #include "scenes/utf8.h"
 #include "selfcheck/findings.h"
 
 namespace selfcheck {
 namespace {
 
-/// "2574:09c0".
+/// "vvvv:pppp", hexadecimal.
 std::string idsText(std::uint16_t vendorId, std::uint16_t productId) {
     char ids[16];
     std::snprintf(ids, sizeof ids, "%04x:%04x", unsigned{vendorId}, unsigned{productId});
     return ids;
+}
+
+/// Of every model, with "o" between them.
+std::string supportedIds() {
+    std::string list;
+    for (const model::Record &record : model::kRecords)
+        list.append(list.empty() ? "" : " o ").append(record.ids);
+    return list;
 }
 
 /// "bus 1, puerto 2.1".
@@ -165,7 +173,7 @@ Section busFindings(const Facts &facts) {
     if (supported == 0)
         section.lines.push_back(
             {State::Fault, "No está conectada la cámara del aula",
-             "Se busca la identificación " + idsText(ptz::kVendorId, ptz::kProductId) +
+             "Se busca la identificación " + supportedIds() +
                  ". Compruebe el cable USB en los dos extremos y que la cámara tenga corriente."});
     if (supported > 1)
         section.lines.push_back({State::Warning,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "model/camera_models.h"
 #include "ptz/supported_camera.h"
 #include "selfcheck/watched_device.h"
 #include "uvc/uvc_catalogue.h"
@@ -49,7 +50,7 @@ void Examination::lookAtBus() {
         camera.vendorId = device->vendorId().value_or(UVCController::kUnknownId);
         camera.productId = device->productId().value_or(UVCController::kUnknownId);
         camera.locationId = device->locationId();
-        camera.isSupported = camera.vendorId == ptz::kVendorId && camera.productId == ptz::kProductId;
+        camera.isSupported = model::isSupported(camera.vendorId, camera.productId);
         camera.isUsable = controller != nullptr;
         facts_.cameras.push_back(std::move(camera));
 

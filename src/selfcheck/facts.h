@@ -39,7 +39,7 @@ struct CameraFacts {
     std::uint16_t vendorId = 0;
     std::uint16_t productId = 0;
     std::optional<std::uint32_t> locationId;
-    bool isSupported = false;  ///< of the model that is moved
+    bool isSupported = false;  ///< of a model that is moved
     bool isUsable = false;     ///< the camera library can read its VideoControl descriptors
 };
 

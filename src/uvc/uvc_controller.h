@@ -39,10 +39,10 @@ class UVCController : public std::enable_shared_from_this<UVCController> {
     /// All devices with a VideoControl interface, in the registry's order. Nothing, never an empty list, when
     /// there are none or devices cannot be enumerated.
     [[nodiscard]] static std::optional<std::vector<std::shared_ptr<UVCController>>> uvcControllers();
-    /// Those of uvcControllers() that have both ids; no other device costs more than its place in the
-    /// registry's list.
-    [[nodiscard]] static std::optional<std::vector<std::shared_ptr<UVCController>>>
-    uvcControllersWithVendorId(std::uint16_t vendorId, std::uint16_t productId);
+    /// Those of uvcControllers() whose ids are known and `wanted`; no other device costs more than its place
+    /// in the registry's list.
+    [[nodiscard]] static std::optional<std::vector<std::shared_ptr<UVCController>>> uvcControllersWithIds(
+        bool (*wanted)(std::uint16_t vendorId, std::uint16_t productId));
     /// Null when the device has no VideoControl interface with a proper header.
     [[nodiscard]] static std::shared_ptr<UVCController> uvcControllerWithService(
         const std::shared_ptr<const usb::Device> &service);

@@ -22,12 +22,6 @@ std::vector<Service> services() {
 /// What picks devices out of the registry's list.
 constexpr auto kEvery = [](const usb::Device &) { return true; };
 
-auto withIds(std::uint16_t vendorId, std::uint16_t productId) {
-    return [vendorId, productId](const usb::Device &device) {
-        return device.vendorId() == vendorId && device.productId() == productId;
-    };
-}
-
 /// The controllers of the devices that `matches`; nothing when there are none.
 template <typename Matches>
 std::optional<std::vector<std::shared_ptr<UVCController>>> allControllers(Matches matches) {
@@ -59,9 +53,13 @@ std::optional<std::vector<std::shared_ptr<UVCController>>> UVCController::uvcCon
     return allControllers(kEvery);
 }
 
-std::optional<std::vector<std::shared_ptr<UVCController>>> UVCController::uvcControllersWithVendorId(
-    std::uint16_t vendorId, std::uint16_t productId) {
-    return allControllers(withIds(vendorId, productId));
+std::optional<std::vector<std::shared_ptr<UVCController>>> UVCController::uvcControllersWithIds(
+    bool (*wanted)(std::uint16_t vendorId, std::uint16_t productId)) {
+    return allControllers([wanted](const usb::Device &device) {
+        const auto vendorId = device.vendorId();
+        const auto productId = device.productId();
+        return vendorId && productId && wanted(*vendorId, *productId);
+    });
 }
 
 std::shared_ptr<UVCController> UVCController::uvcControllerWithService(const Service &service) {
@@ -78,7 +76,9 @@ std::shared_ptr<UVCController> UVCController::uvcControllerWithLocationId(std::u
 
 std::shared_ptr<UVCController> UVCController::uvcControllerWithVendorId(std::uint16_t vendorId,
                                                                         std::uint16_t productId) {
-    return firstController(withIds(vendorId, productId));
+    return firstController([vendorId, productId](const usb::Device &device) {
+        return device.vendorId() == vendorId && device.productId() == productId;
+    });
 }
 
 std::shared_ptr<UVCController> UVCController::initWithLocationId(std::uint32_t locationId,

@@ -12,6 +12,7 @@
 #include <stdexcept>
 
 #include "kernel/process.h"
+#include "model/camera_models.h"
 
 namespace guest {
 namespace {
@@ -57,7 +58,8 @@ std::vector<std::string> camerasOnBus() {
     std::vector<std::string> cameras;
     for (const std::string &name : namesIn(kDevices)) {
         const fs::path device = kDevices / name;
-        if (attribute(device, "idVendor") == "2574" && attribute(device, "idProduct") == "09c0" &&
+        const std::string ids = attribute(device, "idVendor") + ":" + attribute(device, "idProduct");
+        if (std::ranges::find(model::kRecords, ids, &model::Record::ids) != model::kRecords.end() &&
             attribute(device, "bConfigurationValue") == "1" && !videoControlInterface(name).empty())
             cameras.push_back(name);
     }

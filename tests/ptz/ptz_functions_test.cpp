@@ -49,7 +49,7 @@ TEST(PtzFunctions, DataListsTheRangesAndKeepsTheShortenedMaximumPan) {
 
 TEST(PtzFunctions, WithoutASupportedCameraNothingIsAnsweredOrPrinted) {
     CameraOptions foreign;
-    foreign.productId = 0x09C1;
+    foreign.record.productId ^= 1;
     for (const bool foreignCamera : {false, true}) {
         SimulatedCamera bench(foreignCamera ? foreign : CameraOptions{});
         if (!foreignCamera) bench.bus->unplug(bench.camera);
@@ -68,7 +68,7 @@ TEST(PtzFunctions, TheLastListedSupportedCameraMovesAndNoOther) {
     SimulatedCamera bench;
     const auto last = std::make_shared<simulator::CameraModel>();
     CameraOptions foreign;
-    foreign.vendorId = 0x1234;
+    foreign.record.vendorId ^= 1;
     const auto other = std::make_shared<simulator::CameraModel>(foreign);
     bench.bus->plug(last, 1, {4});
     bench.bus->plug(other, 2, {1});

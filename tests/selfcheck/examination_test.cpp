@@ -65,8 +65,8 @@ struct SilentDevice : usb::Device {
         }
         SilentDevice &device_;
     };
-    std::optional<std::uint16_t> vendorId() const override { return 0x2574; }
-    std::optional<std::uint16_t> productId() const override { return 0x09C0; }
+    std::optional<std::uint16_t> vendorId() const override { return model::kRecords.front().vendorId; }
+    std::optional<std::uint16_t> productId() const override { return model::kRecords.front().productId; }
     std::optional<std::uint32_t> locationId() const override { return 0x01100000; }
     std::optional<std::string> registryName() const override { return std::nullopt; }
     std::unique_ptr<usb::VideoControl> videoControl() const override {

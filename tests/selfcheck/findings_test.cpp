@@ -37,7 +37,7 @@ TEST_F(FindingsTest, AHealthyCameraIsDescribedInUnitsAndDegreesAndNotSaidToObey)
         AllOf(
             HasSubstr("[Dato] La cámara está conectada y no se ve ningún problema. Falta saber si obedece."),
             HasSubstr("[Dato] Giro: -43380 (-12,1°), según el sistema"),
-            HasSubstr("2574:09c0, bus 1, puerto 1"),
+            HasSubstr(std::string(model::kRecords.front().ids) + ", bus 1, puerto 1"),
             HasSubstr("De -612000 (-170,0°) a 612000 (170,0°), paso 3600 (1,0°), predeterminado 0 (0,0°)"),
             HasSubstr("De 0 a 1000, paso 1, predeterminado 0."), Not(HasSubstr("[Aviso]")),
             Not(HasSubstr("[Fallo]"))));
@@ -78,12 +78,13 @@ TEST_F(FindingsTest, WithoutTheCameraTheVerdictSaysWhatIsThereInstead) {
     EXPECT_THAT(text(), HasSubstr("[Fallo] No se ve ninguna cámara conectada"));
 
     Options foreign;
-    foreign.vendorId = 0x046D;
+    foreign.record.vendorId = 0x046D;
+    foreign.record.productId = 0x0001;
     foreign.productName = "Webcam <b>del</b> portátil";
     plug(foreign, 3, {2, 1});
     EXPECT_THAT(text(), AllOf(HasSubstr("[Fallo] No se ve ninguna cámara que este programa sepa mover"),
                               HasSubstr("«Webcam <b>del</b> portátil»"),
-                              HasSubstr("046d:09c0, bus 3, puerto 2.1"), Not(HasSubstr("Giro"))));
+                              HasSubstr("046d:0001, bus 3, puerto 2.1"), Not(HasSubstr("Giro"))));
 
     bus_ = std::make_shared<simulator::SimulatedRegistry>();
     Options headless;

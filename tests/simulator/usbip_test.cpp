@@ -36,7 +36,8 @@ TEST_F(Usbip, ListsItsCamerasWithTheirInterfaces) {
     EXPECT_STREQ(std::string(list.begin() + 12 + 320 + 256, list.end()).c_str(), "1-2");
     const std::size_t numbers = 12 + 256 + 32;
     EXPECT_EQ(bigAt(list, numbers + 8), 3u) << "high speed";
-    EXPECT_EQ(bigAt(list, numbers + 12), 0x257409C0u);
+    const model::Record &record = model::kRecords.front();
+    EXPECT_EQ(bigAt(list, numbers + 12), std::uint32_t{record.vendorId} << 16 | record.productId);
     EXPECT_EQ(bigAt(list, numbers + 19), 0x02010101u) << "subclass, protocol, configuration, configurations";
     EXPECT_EQ(list[numbers + 23], 2u) << "interfaces";
     EXPECT_EQ(bigAt(list, numbers + 24), 0x0E010000u);
@@ -243,18 +244,20 @@ TEST(UsbipCommandLine, TakesWhatItDocumentsAndNothingElse) {
     ASSERT_TRUE(usual);
     EXPECT_EQ(usual->port, 3240);
     EXPECT_EQ(usual->cameras, 1u);
-    const auto full =
-        read({"--port", "0", "--cameras", "2", "--fault", "slow", "--fault", "ids", "--log", "x"});
+    const auto full = read({"--port", "0", "--cameras", "2", "--fault", "slow", "--model",
+                            model::kRecords.back().ids.data(), "--fault", "ids", "--log", "x"});
     ASSERT_TRUE(full);
     EXPECT_EQ(full->port, 0);
     EXPECT_EQ(full->cameras, 2u);
     EXPECT_EQ(full->faults.answerDelay, std::chrono::seconds(1));
     EXPECT_EQ(full->faults.options.cameraTerminalId, 5);
+    EXPECT_EQ(full->faults.options.record.ids, model::kRecords.back().ids);
     EXPECT_EQ(full->logFile, "x");
 
     const std::pair<const char *, const char *> wrong[] = {
-        {"--port", "65536"}, {"--port", "32x"}, {"--port", "-1"}, {"--cameras", "0"}, {"--cameras", "5"},
-        {"--fault", "none"}, {"--log", ""},     {"--help", "me"}, {"3240", "1"}};
+        {"--port", "65536"}, {"--port", "32x"},       {"--port", "-1"}, {"--cameras", "0"},
+        {"--cameras", "5"},  {"--fault", "none"},     {"--log", ""},    {"--help", "me"},
+        {"3240", "1"},       {"--model", "0000:0000"}};
     for (const auto &[option, value] : wrong) EXPECT_FALSE(read({option, value})) << option << value;
     EXPECT_FALSE(read({"--port"}));
 }

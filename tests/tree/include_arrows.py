@@ -12,18 +12,20 @@ import tempfile
 
 # Folder -> what its files may include of the project, as path prefixes. The longest matching folder counts.
 ARROWS = {
+    "src/model": [],
     "src/usb": ["usb/usb.h", "usb/interface_report.h", "usb/video_control_descriptors.h"],
     "src/usb/libusb": ["usb/usb.h", "usb/libusb/"],
     "src/usb/v4l2": ["usb/usb.h", "usb/video_control_descriptors.h", "usb/v4l2/"],
     "src/usb/linux": ["usb/usb.h", "usb/interface_report.h", "usb/system_registry.h", "usb/linux/", "usb/libusb/", "usb/v4l2/"],
     "src/uvc": ["uvc/", "usb/usb.h", "usb/video_control_descriptors.h"],
     "src/platform": ["platform/"],
-    "src/ptz": ["ptz/", "uvc/", "platform/"],
+    "src/ptz": ["ptz/", "model/", "uvc/", "platform/"],
     "src/scenes": ["scenes/", "platform/"],
     "src/ui": ["ui/", "ptz/", "scenes/", "platform/"],
     "src/app": ["app/", "ui/", "ptz/", "scenes/", "platform/"],
     "src/selfcheck": [
         "selfcheck/",
+        "model/",
         "ptz/supported_camera.h",
         "uvc/",
         "usb/usb.h",
@@ -32,7 +34,7 @@ ARROWS = {
         "platform/",
         "app/product.h",
     ],
-    "simulator": ["simulator/", "usb/usb.h"],
+    "simulator": ["simulator/", "model/", "usb/usb.h"],
     "simulator/edition": ["simulator/", "app/", "scenes/", "platform/", "uvc/uvc_controller.h"],
 }
 

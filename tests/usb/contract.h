@@ -113,8 +113,8 @@ TYPED_TEST_P(RegistryContract, ListsByBusThenPortNumberWhateverTheOrderOfPluggin
 
 TYPED_TEST_P(RegistryContract, TellsIdsAndNameOfEachDeviceAndFindsNoCameraInAKeyboard) {
     CameraOptions options;
-    options.vendorId = 0x1234;
-    options.productId = 0xFEDC;
+    options.record.vendorId = 0x1234;
+    options.record.productId = 0xFEDC;
     options.productName = "Otra cámara";
     this->rig.plug(std::make_shared<CameraModel>(options), 3, {1});
     this->rig.plugKeyboard(3, {2});

@@ -37,7 +37,7 @@ const Mapping *findMapping(std::uint32_t id) {
     return found == kMappings.end() ? nullptr : &*found;
 }
 
-const Control &controlOf(const Mapping &mapping) {
+Control controlOf(const Mapping &mapping) {
     return *simulator::findControl({}, mapping.unit, mapping.selector);
 }
 
@@ -46,12 +46,12 @@ std::size_t offsetOf(const Mapping &mapping) {
 }
 
 std::int32_t numberIn(const std::vector<std::uint8_t> &bytes, const Mapping &mapping) {
-    const ControlField &field = controlOf(mapping).fields.at(mapping.field);
+    const ControlField field = controlOf(mapping).fields.at(mapping.field);
     std::int64_t number = 0;
     for (std::size_t i = 0; i < field.bytes; ++i)
         number |= std::int64_t{bytes[offsetOf(mapping) + i]} << (8 * i);
     const std::int64_t limit = std::int64_t{1} << (8 * field.bytes - 1);
-    if (field.minimum < 0 && number >= limit) number -= 2 * limit;
+    if (field.range.minimum < 0 && number >= limit) number -= 2 * limit;
     return static_cast<std::int32_t>(number);
 }
 

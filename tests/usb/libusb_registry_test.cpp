@@ -80,7 +80,7 @@ TEST_F(LibusbRegistryTest, FindsNothingWhereNoConfigurationIsActive) {
     EXPECT_EQ(interfaceOf({0x09, 0x04, 0x00, 0x00, 0x00, 0x0E, 0x01, 0x00, 0x00}, false), nullptr);
     const auto device = contract::deviceAt(rig, 0x01100000);
     ASSERT_NE(device, nullptr);
-    EXPECT_EQ(device->vendorId(), 0x2574);
+    EXPECT_EQ(device->vendorId(), model::kRecords.front().vendorId);
     EXPECT_EQ(device->registryName(), std::nullopt);
 }
 

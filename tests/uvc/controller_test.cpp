@@ -101,7 +101,7 @@ TEST(ControllerDescription, TellsIdsAndOpenState) {
         return text.substr(text.find(' '));
     };
     EXPECT_EQ(tail(),
-              " { \"Sala\"; vendor-id=0x2574; product-id=0x09c0; location-id=0x01200000; uvc-version: 0x0110 "
+              " { \"Sala\"; vendor-id=0x1234; product-id=0x56ab; location-id=0x01200000; uvc-version: 0x0110 "
               "interface-index: 3 }");
     plugged.controller->setIsInterfaceOpen(true);
     EXPECT_NE(tail().find("interface-index: 3 ; is-open }"), std::string::npos);

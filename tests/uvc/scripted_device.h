@@ -42,8 +42,8 @@ struct Script {
 };
 
 struct Ids {
-    std::optional<std::uint16_t> vendorId = 0x2574;
-    std::optional<std::uint16_t> productId = 0x09C0;
+    std::optional<std::uint16_t> vendorId = 0x1234;
+    std::optional<std::uint16_t> productId = 0x56AB;
     std::optional<std::uint32_t> locationId = 0x01200000;
     std::optional<std::string> name = "Sala";
 };
