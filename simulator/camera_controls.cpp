@@ -16,9 +16,7 @@ constexpr std::uint8_t kCt = kCameraTerminal;
 constexpr std::uint8_t kPu = kProcessingUnit;
 
 std::int32_t decodeField(const ControlField &field, std::span<const std::uint8_t> data) {
-    std::uint32_t bits = 0;
-    for (std::size_t i = 0; i < field.bytes; ++i) bits |= std::uint32_t{data[i]} << (8 * i);
-
+    std::uint32_t bits = numberAt(data, 0, field.bytes, std::endian::little);
     const unsigned width = 8u * field.bytes;
     const bool negative = field.range.minimum < 0 && ((bits >> (width - 1)) & 1u) != 0;
     if (negative && width < 32) bits |= ~std::uint32_t{0} << width;
@@ -67,8 +65,8 @@ std::optional<Control> findControl(const CameraOptions &options, std::uint8_t un
     return std::nullopt;
 }
 
-std::vector<std::uint8_t> controlBitmap(const CameraOptions &options, std::uint8_t unit, std::size_t size) {
-    std::vector<std::uint8_t> bitmap(size, 0);
+Bytes controlBitmap(const CameraOptions &options, std::uint8_t unit, std::size_t size) {
+    Bytes bitmap(size, 0);
     for (const Control &control : allControls(options.record)) {
         const std::size_t byte = control.enableBit / 8u;
         if (control.unit != unit || byte >= size || !hasControl(options, control)) continue;
@@ -77,13 +75,11 @@ std::vector<std::uint8_t> controlBitmap(const CameraOptions &options, std::uint8
     return bitmap;
 }
 
-std::vector<std::uint8_t> encode(const Control &control, std::int32_t model::Range::*property) {
-    std::vector<std::uint8_t> data;
-    for (const ControlField &field : control.fields) {
-        const auto bits = static_cast<std::uint32_t>(field.range.*property);
-        for (unsigned i = 0; i < field.bytes; ++i) data.push_back(static_cast<std::uint8_t>(bits >> (8 * i)));
-    }
-    return data;
+Bytes encode(const Control &control, std::int32_t model::Range::*property) {
+    ByteWriter data(std::endian::little);
+    for (const ControlField &field : control.fields)
+        data.append(static_cast<std::uint32_t>(field.range.*property), field.bytes);
+    return data.finished();
 }
 
 std::optional<std::array<std::int32_t, 2>> decodeSetting(const Control &control,

@@ -5,10 +5,9 @@
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <vector>
 
+#include "simulator/bytes.h"
 #include "simulator/camera_options.h"
-#include "usb/usb.h"
 
 /// The controls of the simulated camera. One table gives the bmControls bitmaps, the answers to the range
 /// requests and the check of a new setting, so that they cannot disagree.
@@ -23,8 +22,6 @@ inline constexpr std::uint8_t kOutputTerminal = 3;
 /// Control selectors that the model itself has to know (USB Video Class 1.1, appendix A.9.4).
 inline constexpr std::uint8_t kZoomAbsoluteSelector = 0x0B;
 inline constexpr std::uint8_t kPanTiltAbsoluteSelector = 0x0D;
-
-namespace request = usb::request;
 
 /// One number inside a control's value, little-endian on the wire; signed where its minimum is below zero.
 struct ControlField {
@@ -58,11 +55,10 @@ inline constexpr std::size_t kControlCount = 12;
                                                  std::uint8_t selector);
 
 /// The bitmap of an entity, `size` bytes long, bit 0 of the first byte first.
-[[nodiscard]] std::vector<std::uint8_t> controlBitmap(const CameraOptions &options, std::uint8_t unit,
-                                                      std::size_t size);
+[[nodiscard]] Bytes controlBitmap(const CameraOptions &options, std::uint8_t unit, std::size_t size);
 
 /// The wire bytes of one property of every field, e.g. `encode(control, &model::Range::minimum)`.
-[[nodiscard]] std::vector<std::uint8_t> encode(const Control &control, std::int32_t model::Range::*property);
+[[nodiscard]] Bytes encode(const Control &control, std::int32_t model::Range::*property);
 
 /// The numbers of a setting; nothing when the length is wrong or a field lies outside its range. A number
 /// that is not a multiple of the resolution passes: the camera keeps it as it is.

@@ -1,5 +1,6 @@
 #include "simulator/camera_descriptors.h"
 
+#include <algorithm>
 #include <array>
 #include <span>
 
@@ -8,8 +9,6 @@
 namespace simulator {
 
 namespace {
-
-using Bytes = std::vector<std::uint8_t>;
 
 // Descriptor types (USB 2.0, table 9-5, and its change notice on interface associations; USB Video Class 1.1,
 // appendix A.4).
@@ -32,48 +31,27 @@ constexpr std::uint8_t kNoString = 0;
 constexpr std::uint16_t kStatusPacketBytes = 16;
 constexpr std::uint16_t kBulkPacketBytes = 512;  // the only size at high speed (USB 2.0, section 5.8.3)
 
-/// Collects the fields of one descriptor and writes its length in front of them.
-class Descriptor {
- public:
-    explicit Descriptor(std::uint8_t type) : bytes_{0, type} {}
-    Descriptor(std::uint8_t type, std::uint8_t subtype) : bytes_{0, type, subtype} {}
-
-    Descriptor &u1(std::size_t value) {
-        bytes_.push_back(static_cast<std::uint8_t>(value));
-        return *this;
-    }
-    Descriptor &u2(std::size_t value) { return u1(value & 0xFF).u1(value >> 8 & 0xFF); }
-    Descriptor &u4(std::uint32_t value) { return u2(value & 0xFFFF).u2(value >> 16); }
-    Descriptor &raw(std::span<const std::uint8_t> bytes) {
-        bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
-        return *this;
-    }
-
-    [[nodiscard]] Bytes finished() const {
-        Bytes bytes = bytes_;
-        bytes[0] = static_cast<std::uint8_t>(bytes.size());
-        return bytes;
-    }
-
- private:
-    Bytes bytes_;
-};
-
-void append(Bytes &bytes, const Bytes &more) {
-    bytes.insert(bytes.end(), more.begin(), more.end());
+/// The start of a descriptor; asDescriptor() fills in the length.
+ByteWriter descriptor(std::uint8_t type) {
+    ByteWriter fields(std::endian::little);
+    fields.u1(0).u1(type);
+    return fields;
+}
+ByteWriter descriptor(std::uint8_t type, std::uint8_t subtype) {
+    return descriptor(type).u1(subtype);
 }
 
 /// Writes the length of the whole block into the 16-bit total at `offset` of its first descriptor.
 Bytes withTotalLength(Bytes block, std::size_t offset) {
-    block[offset] = static_cast<std::uint8_t>(block.size());
-    block[offset + 1] = static_cast<std::uint8_t>(block.size() >> 8);
+    const Bytes total = ByteWriter(std::endian::little).u2(block.size()).finished();
+    std::ranges::copy(total, block.begin() + static_cast<std::ptrdiff_t>(offset));
     return block;
 }
 
 Bytes interfaceDescriptor(std::uint8_t number, std::uint8_t subclass, std::uint8_t name) {
     // Both interfaces have one endpoint and one alternate setting. A bulk video endpoint needs no setting
     // without it: it takes no bandwidth while nothing streams.
-    return Descriptor(kInterface)
+    return descriptor(kInterface)
         .u1(number)
         .u1(0)
         .u1(1)
@@ -81,25 +59,25 @@ Bytes interfaceDescriptor(std::uint8_t number, std::uint8_t subclass, std::uint8
         .u1(subclass)
         .u1(0)
         .u1(name)
-        .finished();
+        .asDescriptor();
 }
 
 /// USB Video Class 1.1, section 3.7.2; wTotalLength is filled in by withTotalLength().
 Bytes videoControlHeader(const CameraOptions &options) {
-    return Descriptor(kClassInterface, 0x01)
+    return descriptor(kClassInterface, 0x01)
         .u2(options.uvcVersion)
         .u2(0)
         .u4(kClockHz)
         .u1(1)
         .u1(videoStreamingInterface(options))
-        .finished();
+        .asDescriptor();
 }
 
 /// USB Video Class 1.1, section 3.7.2.3.
 Bytes cameraTerminal(const CameraOptions &options) {
     constexpr std::uint16_t kCameraTerminalType = 0x0201;
     const Bytes controls = controlBitmap(options, kCameraTerminal, 3);
-    return Descriptor(kClassInterface, 0x02)
+    return descriptor(kClassInterface, 0x02)
         .u1(options.cameraTerminalId)
         .u2(kCameraTerminalType)
         .u1(0)          // bAssocTerminal
@@ -109,7 +87,7 @@ Bytes cameraTerminal(const CameraOptions &options) {
         .u2(0)
         .u1(controls.size())
         .raw(controls)
-        .finished();
+        .asDescriptor();
 }
 
 /// USB Video Class 1.1, section 3.7.2.5. Version 1.0 ends the descriptor before bmVideoStandards and knows no
@@ -117,46 +95,46 @@ Bytes cameraTerminal(const CameraOptions &options) {
 Bytes processingUnit(const CameraOptions &options) {
     const bool version11 = options.uvcVersion >= 0x0110;
     const Bytes controls = controlBitmap(options, kProcessingUnit, version11 ? 3 : 2);
-    Descriptor descriptor(kClassInterface, 0x05);
-    descriptor.u1(options.processingUnitId)
+    ByteWriter fields = descriptor(kClassInterface, 0x05);
+    fields.u1(options.processingUnitId)
         .u1(options.cameraTerminalId)  // bSourceID
         .u2(0)                         // wMaxMultiplier
         .u1(controls.size())
         .raw(controls)
         .u1(kNoString);
-    if (version11) descriptor.u1(0);  // bmVideoStandards: none
-    return descriptor.finished();
+    if (version11) fields.u1(0);  // bmVideoStandards: none
+    return fields.asDescriptor();
 }
 
 /// USB Video Class 1.1, section 3.7.2.2.
 Bytes outputTerminal(const CameraOptions &options) {
     constexpr std::uint16_t kStreamingTerminalType = 0x0101;
-    return Descriptor(kClassInterface, 0x03)
+    return descriptor(kClassInterface, 0x03)
         .u1(kOutputTerminal)
         .u2(kStreamingTerminalType)
         .u1(0)                         // bAssocTerminal
         .u1(options.processingUnitId)  // bSourceID
         .u1(kNoString)
-        .finished();
+        .asDescriptor();
 }
 
 /// The interrupt endpoint and its class-specific companion (USB Video Class 1.1, section 3.8.2).
 Bytes statusEndpoint() {
     constexpr std::uint8_t kInterruptTransfer = 0x03;
     constexpr std::uint8_t kInterval = 8;  // 2^7 microframes: 16 ms
-    Bytes bytes = Descriptor(kEndpoint)
+    Bytes bytes = descriptor(kEndpoint)
                       .u1(kStatusEndpoint)
                       .u1(kInterruptTransfer)
                       .u2(kStatusPacketBytes)
                       .u1(kInterval)
-                      .finished();
-    append(bytes, Descriptor(kClassEndpoint, kInterruptTransfer).u2(kStatusPacketBytes).finished());
+                      .asDescriptor();
+    append(bytes, descriptor(kClassEndpoint, kInterruptTransfer).u2(kStatusPacketBytes).asDescriptor());
     return bytes;
 }
 
 /// USB Video Class 1.1, section 3.9.2.1; wTotalLength is filled in by withTotalLength().
 Bytes streamingInputHeader() {
-    return Descriptor(kClassInterface, 0x01)
+    return descriptor(kClassInterface, 0x01)
         .u1(1)  // bNumFormats
         .u2(0)
         .u1(kVideoEndpoint)
@@ -167,14 +145,14 @@ Bytes streamingInputHeader() {
         .u1(0)                // bTriggerUsage
         .u1(1)                // bControlSize, then bmaControls of the one format: none
         .u1(0)
-        .finished();
+        .asDescriptor();
 }
 
 /// The format descriptor of YUY2 (USB Video Class 1.1, Uncompressed Payload, section 3.1.1).
 Bytes uncompressedFormat() {
     constexpr std::array<std::uint8_t, 16> kYuy2{0x59, 0x55, 0x59, 0x32, 0x00, 0x00, 0x10, 0x00,
                                                  0x80, 0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71};
-    return Descriptor(kClassInterface, 0x04)
+    return descriptor(kClassInterface, 0x04)
         .u1(kFormatIndex)
         .u1(1)  // bNumFrameDescriptors
         .raw(kYuy2)
@@ -184,13 +162,13 @@ Bytes uncompressedFormat() {
         .u1(0)
         .u1(0)  // bmInterlaceFlags
         .u1(0)  // bCopyProtect
-        .finished();
+        .asDescriptor();
 }
 
 /// USB Video Class 1.1, Uncompressed Payload, section 3.1.2.
 Bytes uncompressedFrame() {
     constexpr std::uint32_t kBitRate = kFrameBytes * 8 * kFramesPerSecond;
-    return Descriptor(kClassInterface, 0x05)
+    return descriptor(kClassInterface, 0x05)
         .u1(kFrameIndex)
         .u1(0)  // bmCapabilities
         .u2(kFrameWidth)
@@ -201,12 +179,12 @@ Bytes uncompressedFrame() {
         .u4(kFrameInterval)  // dwDefaultFrameInterval
         .u1(1)               // bFrameIntervalType: one discrete interval
         .u4(kFrameInterval)
-        .finished();
+        .asDescriptor();
 }
 
 /// USB Video Class 1.1, section 3.9.2.6: BT.709 primaries and transfer, SMPTE 170M matrix.
 Bytes colourMatching() {
-    return Descriptor(kClassInterface, 0x0D).u1(1).u1(1).u1(4).finished();
+    return descriptor(kClassInterface, 0x0D).u1(1).u1(1).u1(4).asDescriptor();
 }
 
 Bytes videoStreaming(const CameraOptions &options) {
@@ -219,8 +197,9 @@ Bytes videoStreaming(const CameraOptions &options) {
     constexpr std::uint8_t kBulkTransfer = 0x02;
     Bytes bytes = interfaceDescriptor(videoStreamingInterface(options), kVideoStreamingSubclass, kNoString);
     append(bytes, withTotalLength(std::move(block), kTotalLengthOffset));
-    append(bytes,
-           Descriptor(kEndpoint).u1(kVideoEndpoint).u1(kBulkTransfer).u2(kBulkPacketBytes).u1(0).finished());
+    append(
+        bytes,
+        descriptor(kEndpoint).u1(kVideoEndpoint).u1(kBulkTransfer).u2(kBulkPacketBytes).u1(0).asDescriptor());
     return bytes;
 }
 
@@ -228,7 +207,7 @@ Bytes videoStreaming(const CameraOptions &options) {
 /// it.
 Bytes idleInterface(std::uint8_t number) {
     constexpr std::uint8_t kVendorSpecific = 0xFF;
-    return Descriptor(kInterface)
+    return descriptor(kInterface)
         .u1(number)
         .u1(0)
         .u1(0)
@@ -236,18 +215,18 @@ Bytes idleInterface(std::uint8_t number) {
         .u1(0)
         .u1(0)
         .u1(kNoString)
-        .finished();
+        .asDescriptor();
 }
 
 Bytes interfaceAssociation(const CameraOptions &options) {
-    return Descriptor(kInterfaceAssociation)
+    return descriptor(kInterfaceAssociation)
         .u1(options.videoControlInterface)
         .u1(2)  // bInterfaceCount
         .u1(kVideoClass)
         .u1(kVideoCollectionSubclass)
         .u1(0)
         .u1(kProductString)  // iFunction: the VideoControl interface has the same one
-        .finished();
+        .asDescriptor();
 }
 
 }  // namespace
@@ -257,7 +236,7 @@ std::uint8_t videoStreamingInterface(const CameraOptions &options) {
 }
 
 Bytes buildDeviceDescriptor(const CameraOptions &options) {
-    return Descriptor(kDevice)
+    return descriptor(kDevice)
         .u2(0x0200)  // bcdUSB
         .u1(0xEF)    // a composite device with an association: miscellaneous class, common subclass
         .u1(0x02)
@@ -270,7 +249,7 @@ Bytes buildDeviceDescriptor(const CameraOptions &options) {
         .u1(kProductString)
         .u1(kNoString)  // iSerialNumber
         .u1(1)          // bNumConfigurations
-        .finished();
+        .asDescriptor();
 }
 
 Bytes buildVideoControlDescriptors(const CameraOptions &options) {
@@ -287,14 +266,14 @@ Bytes buildVideoControlDescriptors(const CameraOptions &options) {
 Bytes buildConfigurationDescriptor(const CameraOptions &options) {
     constexpr std::uint8_t kBusPowered = 0x80;
     constexpr std::uint8_t kMaxPower = 250;  // 500 mA
-    Bytes bytes = Descriptor(kConfiguration)
+    Bytes bytes = descriptor(kConfiguration)
                       .u2(0)                                   // wTotalLength
                       .u1(options.videoControlInterface + 2u)  // bNumInterfaces
                       .u1(kConfigurationValue)
                       .u1(kNoString)
                       .u1(kBusPowered)
                       .u1(kMaxPower)
-                      .finished();
+                      .asDescriptor();
     for (std::uint8_t number = 0; number < options.videoControlInterface; ++number)
         append(bytes, idleInterface(number));
     append(bytes, interfaceAssociation(options));

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
+#include "simulator/bytes.h"
 #include "simulator/camera_options.h"
 
 /// The descriptors of the simulated camera, a high-speed device with one video function. Every length, total
@@ -32,13 +32,13 @@ inline constexpr std::uint8_t kProductString = 1;
 inline constexpr std::uint32_t kClockHz = 48'000'000;
 
 /// Standard device descriptor (USB 2.0, section 9.6.1).
-[[nodiscard]] std::vector<std::uint8_t> buildDeviceDescriptor(const CameraOptions &options);
+[[nodiscard]] Bytes buildDeviceDescriptor(const CameraOptions &options);
 
 /// The class-specific descriptors between the VideoControl interface descriptor and its endpoint: header
 /// (where the options have one), camera terminal, processing unit, output terminal.
-[[nodiscard]] std::vector<std::uint8_t> buildVideoControlDescriptors(const CameraOptions &options);
+[[nodiscard]] Bytes buildVideoControlDescriptors(const CameraOptions &options);
 
 /// The configuration descriptor and all that comes with it.
-[[nodiscard]] std::vector<std::uint8_t> buildConfigurationDescriptor(const CameraOptions &options);
+[[nodiscard]] Bytes buildConfigurationDescriptor(const CameraOptions &options);
 
 }  // namespace simulator

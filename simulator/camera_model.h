@@ -1,89 +1,73 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
-#include <functional>
-#include <map>
 #include <optional>
 #include <span>
-#include <utility>
 #include <vector>
 
-#include "simulator/camera_controls.h"
+#include "simulator/bytes.h"
 #include "simulator/camera_options.h"
-#include "simulator/motor.h"
+#include "simulator/camera_units.h"
 #include "usb/usb.h"
 
 namespace simulator {
 
-/// Where a lens points, in the camera's raw units: pan and tilt in 1/3600 degree (pan positive to the right,
-/// tilt positive upwards), zoom from 0 (widest) to the maximum of zoom-abs.
-struct Pose {
-    double pan = 0;
-    double tilt = 0;
-    double zoom = 0;
-};
-
 /// One control request that reached the camera.
 struct Transfer {
     usb::SetupPacket setup;
-    std::vector<std::uint8_t> data;  ///< what was sent (SET_CUR) or answered (GET_*), in wire order
+    Bytes data;  ///< what was sent (SET_CUR) or answered (GET_*), in wire order
     bool accepted = false;
 };
 
-/// A UVC pan-tilt-zoom camera: its descriptors, its controls and the motors behind them. It knows nothing of
-/// how requests reach it, so the same camera stands behind the in-process registry and behind a real bus. Not
-/// thread-safe.
+/// A UVC pan-tilt-zoom camera as a host meets it. It forwards every control request to its units, and breaks
+/// it on the way as its options say: late, short, refused, altered, or not at all because the cable is out.
+/// It does so for whatever carries the requests: the same camera, with the same faults, stands behind the
+/// in-process bus and behind a real one. Not thread-safe.
 class CameraModel {
  public:
-    /// The time that the motors run by.
-    using Clock = std::function<std::chrono::steady_clock::time_point()>;
-
     explicit CameraModel(CameraOptions options = {}, Clock clock = &std::chrono::steady_clock::now);
 
     [[nodiscard]] const CameraOptions &options() const { return options_; }
 
     /// The standard device descriptor, 18 bytes (USB 2.0, section 9.6.1).
-    [[nodiscard]] std::vector<std::uint8_t> deviceDescriptor() const;
+    [[nodiscard]] Bytes deviceDescriptor() const;
     /// The whole configuration descriptor, class-specific descriptors included.
-    [[nodiscard]] std::vector<std::uint8_t> configurationDescriptor() const;
+    [[nodiscard]] Bytes configurationDescriptor() const;
     /// The class-specific descriptors of the VideoControl interface, a part of the above.
-    [[nodiscard]] std::vector<std::uint8_t> videoControlDescriptors() const;
-    [[nodiscard]] std::uint8_t videoControlInterface() const;
+    [[nodiscard]] Bytes videoControlDescriptors() const;
+    [[nodiscard]] std::uint8_t videoControlInterface() const { return options_.videoControlInterface; }
 
-    /// Answers one class request addressed to the VideoControl interface. Fills `data` for a GET and reads it
-    /// for a SET_CUR. True: accepted; false: the camera stalls (or is unplugged, see isUnplugged()). GET_CUR
-    /// of pan-tilt-abs and zoom-abs answers where the camera is heading, not where it stands.
-    [[nodiscard]] bool controlRequest(const usb::SetupPacket &setup, std::span<std::uint8_t> data);
+    /// How long the camera takes over a request to its VideoControl interface. Whoever carries the request
+    /// waits that long before controlRequest(), and leaves that out when the host gives up sooner.
+    [[nodiscard]] std::chrono::milliseconds answerDelay(const usb::SetupPacket &setup);
 
-    /// How many bytes the camera really sends of an accepted answer of `asked` bytes. The caller cuts the
-    /// answer, as it also waits for the delay below.
-    [[nodiscard]] std::size_t answeredBytes(std::size_t asked) const {
-        return options_.shortAnswers ? (asked + 1) / 2 : asked;
-    }
+    /// Performs one request to the VideoControl interface at once. Fills `data` for a GET and reads it for a
+    /// SET_CUR. Answers how many bytes of it went over the bus; nothing: the camera stalls, or is gone (see
+    /// isUnplugged()).
+    [[nodiscard]] std::optional<std::size_t> controlRequest(const usb::SetupPacket &setup,
+                                                            std::span<std::uint8_t> data);
 
-    /// Where the lens stands now: on its way while the motors run.
-    [[nodiscard]] Pose pose() const;
-    /// Where it is heading (where it stands, once there).
-    [[nodiscard]] Pose target() const;
-    [[nodiscard]] bool isMoving() const;
+    /// Where the lens stands now, on its way while the motors run; and where it is heading.
+    [[nodiscard]] Pose pose() const { return units_.pose(); }
+    [[nodiscard]] Pose target() const { return units_.target(); }
+    [[nodiscard]] bool isMoving() const { return units_.isMoving(); }
     /// The limits of each axis, raw units.
-    [[nodiscard]] Pose minimum() const;
-    [[nodiscard]] Pose maximum() const;
+    [[nodiscard]] Pose minimum() const { return limits(&model::Range::minimum); }
+    [[nodiscard]] Pose maximum() const { return limits(&model::Range::maximum); }
 
     /// From now on, stalls (or no longer stalls) one kind of request.
     void refuse(const RequestKey &key, bool refused = true);
 
-    /// How long the camera takes to answer; 0 at first. controlRequest() itself answers at once: its caller
-    /// waits, and gives up on a request that takes longer than its timeout.
-    void setAnswerDelay(std::chrono::milliseconds delay) { answerDelay_ = delay; }
-    [[nodiscard]] std::chrono::milliseconds answerDelay() const { return answerDelay_; }
+    /// From now on, takes this long over every request.
+    void setAnswerDelay(std::chrono::milliseconds delay) { options_.answerDelay = delay; }
 
     /// The cable comes out after `requests` more requests, accepted or not; 0: now.
     void unplugAfter(int requests) { requestsLeft_ = requests; }
     [[nodiscard]] bool isUnplugged() const { return requestsLeft_ == 0; }
-    /// The cable is in again, for good.
-    void plugIn() { requestsLeft_.reset(); }
+    /// The cable is in again, and a camera that hung has started anew.
+    void plugIn();
 
     /// The latest requests, oldest first. After some thousands the older half is forgotten.
     [[nodiscard]] const std::vector<Transfer> &transfers() const { return transfers_; }
@@ -92,21 +76,15 @@ class CameraModel {
     void forgetTransfers() { transfers_.clear(); }
 
  private:
-    using ControlKey = std::pair<std::uint8_t, std::uint8_t>;  // unit, selector
-
+    [[nodiscard]] Pose limits(std::int32_t model::Range::*property) const;
+    [[nodiscard]] bool isOrder(const usb::SetupPacket &setup) const;
     [[nodiscard]] bool answer(const usb::SetupPacket &setup, std::span<std::uint8_t> data);
-    [[nodiscard]] bool set(const Control &control, std::span<const std::uint8_t> data);
-    [[nodiscard]] std::vector<std::uint8_t> get(const Control &control, std::uint8_t request) const;
-    [[nodiscard]] std::vector<std::uint8_t> current(const Control &control) const;
+    [[nodiscard]] Bytes get(const Control &control, std::uint8_t request) const;
     void record(Transfer transfer);
 
     CameraOptions options_;
-    Clock clock_;
-    std::map<ControlKey, std::vector<std::uint8_t>> settings_;
-    Motor pan_;
-    Motor tilt_;
-    Motor zoom_;
-    std::chrono::milliseconds answerDelay_{0};
+    CameraUnits units_;
+    bool hangs_ = false;
     std::optional<int> requestsLeft_;
     std::vector<Transfer> transfers_;
 };

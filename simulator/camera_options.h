@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <set>
 #include <string>
@@ -24,19 +25,23 @@ struct CameraOptions {
     std::string productName = simulatedName(record);
     bool hasPanTiltAbs = true;
     bool hasZoomAbs = true;
-    std::set<RequestKey> refused;  ///< requests that this camera stalls although it has the control
 
     // Real cameras differ in these, though a host easily takes them for granted.
     std::uint8_t cameraTerminalId = 1;
     std::uint8_t processingUnitId = 2;
     std::uint8_t videoControlInterface = 0;  ///< no driver takes the interfaces below it
     bool hasHeader = true;                   ///< the VideoControl header descriptor
-    bool shortAnswers = false;               ///< see CameraModel::answeredBytes()
-    bool outsideRange = false;               ///< pan, tilt and zoom read as ten steps above their own maximum
-    bool zeroResolution = false;             ///< GET_RES answers 0
-    bool reversedRange = false;              ///< pan, tilt and zoom: GET_MIN and GET_MAX change places
-    bool notReady = false;                   ///< says of a refused request that it is not ready for it
-    bool hangsOnOrder = false;               ///< see usbip::VirtualCamera::answerDelay()
+
+    // Faults: CameraModel breaks the requests by them. An order is a request that moves the camera.
+    std::set<RequestKey> refused;              ///< stalled although the camera has the control
+    std::chrono::milliseconds answerDelay{0};  ///< how long it takes over every request
+    bool hangsOnOrder = false;                 ///< answers nothing from its first order on
+    bool goneOnOrder = false;                  ///< the cable comes out at an order
+    bool shortAnswers = false;                 ///< answers half of the bytes, rounded up
+    bool outsideRange = false;    ///< pan, tilt and zoom read as ten steps above their own maximum
+    bool zeroResolution = false;  ///< GET_RES answers 0
+    bool reversedRange = false;   ///< pan, tilt and zoom: GET_MIN and GET_MAX change places
+    bool notReady = false;        ///< says of a refused request that it is not ready for it
 };
 
 }  // namespace simulator

@@ -3,6 +3,7 @@ zel_library(simulator
         camera_controls.cpp
         camera_descriptors.cpp
         camera_model.cpp
+        camera_units.cpp
         motor.cpp
         simulated_registry.cpp
     LINKS model usb)

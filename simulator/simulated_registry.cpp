@@ -62,12 +62,12 @@ class SimulatedVideoControl : public usb::VideoControl {
         CameraModel &camera = *port_->camera;
         // A request that times out does not reach the camera at all. Waiting for it would only slow down
         // the tests.
-        if (camera.answerDelay() > std::chrono::milliseconds(usb::kRequestTimeout)) return Outcome::timedOut;
-        if (camera.answerDelay().count() > 0) std::this_thread::sleep_for(camera.answerDelay());
-        if (!camera.controlRequest(setup, data)) return Outcome::refused;
-        constexpr std::uint8_t kDeviceToHost = 0x80;
-        const bool isAnswer = (setup.requestType & kDeviceToHost) != 0;
-        return isAnswer && camera.answeredBytes(data.size()) < data.size() ? Outcome::failed : Outcome::done;
+        const std::chrono::milliseconds delay = camera.answerDelay(setup);
+        if (delay > std::chrono::milliseconds(usb::kRequestTimeout)) return Outcome::timedOut;
+        if (delay.count() > 0) std::this_thread::sleep_for(delay);
+        const std::optional<std::size_t> transferred = camera.controlRequest(setup, data);
+        if (!transferred) return port_->isGone() ? Outcome::disconnected : Outcome::refused;
+        return *transferred < data.size() ? Outcome::failed : Outcome::done;
     }
 
  private:

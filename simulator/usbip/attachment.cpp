@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "simulator/camera_descriptors.h"
-#include "simulator/usbip/requests.h"
+#include "simulator/requests.h"
 
 namespace simulator::usbip {
 
@@ -12,10 +12,6 @@ namespace {
 
 /// A kernel has about a dozen transfers pending. A client that sends more than this is not a kernel.
 constexpr std::size_t kMostPending = 512;
-
-void append(Bytes &bytes, const Bytes &more) {
-    bytes.insert(bytes.end(), more.begin(), more.end());
-}
 
 constexpr std::uint32_t numberOf(std::uint8_t endpointAddress) {
     return endpointAddress & 0x0Fu;
@@ -57,7 +53,7 @@ std::optional<std::size_t> Attachment::consume(std::span<const std::uint8_t> inp
 }
 
 void Attachment::collect(Bytes &output, TimePoint now) {
-    while (!controls_.empty() && controls_.front().due <= now) {
+    while (!controls_.empty() && controls_.front().due <= now && !camera_->isGone()) {
         const Control control = std::move(controls_.front());
         controls_.pop_front();
         perform(control, now);
@@ -120,6 +116,7 @@ void Attachment::perform(const Control &control, TimePoint now) {
     const bool agree = setup.length == 0 || isAnswered(setup) == control.submit.toHost;
     std::optional<Bytes> answer;
     if (agree) answer = camera_->control(setup, control.data, now);
+    if (camera_->isGone()) return;
     if (!answer) {
         append(replies_, encodeSubmitReply(control.submit.sequence, kStalled, 0));
         return;

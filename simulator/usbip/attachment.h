@@ -22,7 +22,7 @@ class Attachment {
     Attachment(const Attachment &) = delete;
     Attachment &operator=(const Attachment &) = delete;
 
-    [[nodiscard]] VirtualCamera &camera() { return *camera_; }
+    [[nodiscard]] VirtualCamera &camera() const { return *camera_; }
 
     /// Takes one command, with the data that follows it, off the front of `input`. Answers its length in
     /// bytes; 0 if it is not complete yet; nothing if it is not USB/IP, and the connection must end.

@@ -33,8 +33,8 @@ bool takeModel(std::string_view ids, CameraOptions &options) {
 bool take(std::string_view option, std::string_view value, CommandLine &line) {
     if (option == "--port") return readNumber<std::uint16_t>(value, 0, 65535, line.port);
     if (option == "--cameras") return readNumber(value, 1u, kMostCameras, line.cameras);
-    if (option == "--model") return takeModel(value, line.faults.options);
-    if (option == "--fault") return addFault(value, line.faults);
+    if (option == "--model") return takeModel(value, line.options);
+    if (option == "--fault") return addFault(value, line.options);
     if (option != "--log" || value.empty()) return false;
     line.logFile = value;
     return true;

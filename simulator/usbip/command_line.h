@@ -13,8 +13,8 @@ namespace simulator::usbip {
 struct CommandLine {
     std::uint16_t port = kUsualPort;
     unsigned cameras = 1;
-    Faults faults;
-    std::string logFile;  ///< empty: standard output
+    CameraOptions options;  ///< of every camera
+    std::string logFile;    ///< empty: standard output
 };
 
 /// Nothing: `arguments` (without the program's name) are not valid.

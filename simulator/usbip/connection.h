@@ -31,13 +31,13 @@ class Connection {
     void collect(TimePoint now);
 
     /// The camera behind it; null while none is imported.
-    [[nodiscard]] VirtualCamera *camera() { return attachment_ ? &attachment_->camera() : nullptr; }
+    [[nodiscard]] VirtualCamera *camera() const { return attachment_ ? &attachment_->camera() : nullptr; }
 
  private:
     [[nodiscard]] bool process(TimePoint now);
     [[nodiscard]] std::optional<std::size_t> consumeOperation(std::span<const std::uint8_t> input);
     void import(const std::string &busId);
-    void reply(const Bytes &bytes) { output_.insert(output_.end(), bytes.begin(), bytes.end()); }
+    void reply(const Bytes &bytes) { append(output_, bytes); }
 
     FileDescriptor socket_;
     const Cameras *cameras_;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "simulator/camera_controls.h"
+#include "simulator/requests.h"
 
 namespace simulator::usbip {
 
@@ -15,15 +16,15 @@ constexpr std::uint8_t kOtherUnit = 6;
 
 /// Under every id that the unit can have, since faults may be combined.
 template <std::uint8_t request>
-void refuse(Faults &faults) {
+void refuse(CameraOptions &options) {
     for (const std::uint8_t unit : {kCameraTerminal, kProcessingUnit, kOtherTerminal, kOtherUnit})
-        for (const Control &control : allControls(faults.options.record))
-            faults.options.refused.insert({unit, control.selector, request});
+        for (const Control &control : allControls(options.record))
+            options.refused.insert({unit, control.selector, request});
 }
 
 struct Fault {
     std::string_view name;
-    void (*add)(Faults &faults);
+    void (*add)(CameraOptions &options);
 };
 
 constexpr std::array kFaults{
@@ -35,36 +36,36 @@ constexpr std::array kFaults{
     Fault{"get-cur", refuse<request::kGetCur>},
     Fault{"set-cur", refuse<request::kSetCur>},
     Fault{"not-ready",
-          [](Faults &faults) {
-              refuse<request::kSetCur>(faults);
-              faults.options.notReady = true;
+          [](CameraOptions &options) {
+              refuse<request::kSetCur>(options);
+              options.notReady = true;
           }},
-    Fault{"slow", [](Faults &faults) { faults.answerDelay = std::chrono::seconds(1); }},
-    Fault{"very-slow", [](Faults &faults) { faults.answerDelay = std::chrono::milliseconds(2500); }},
-    Fault{"hang", [](Faults &faults) { faults.options.hangsOnOrder = true; }},
-    Fault{"short", [](Faults &faults) { faults.options.shortAnswers = true; }},
-    Fault{"outside", [](Faults &faults) { faults.options.outsideRange = true; }},
-    Fault{"res-0", [](Faults &faults) { faults.options.zeroResolution = true; }},
-    Fault{"reversed", [](Faults &faults) { faults.options.reversedRange = true; }},
-    Fault{"no-zoom", [](Faults &faults) { faults.options.hasZoomAbs = false; }},
+    Fault{"slow", [](CameraOptions &options) { options.answerDelay = std::chrono::seconds(1); }},
+    Fault{"very-slow", [](CameraOptions &options) { options.answerDelay = std::chrono::milliseconds(2500); }},
+    Fault{"hang", [](CameraOptions &options) { options.hangsOnOrder = true; }},
+    Fault{"gone", [](CameraOptions &options) { options.goneOnOrder = true; }},
+    Fault{"short", [](CameraOptions &options) { options.shortAnswers = true; }},
+    Fault{"outside", [](CameraOptions &options) { options.outsideRange = true; }},
+    Fault{"res-0", [](CameraOptions &options) { options.zeroResolution = true; }},
+    Fault{"reversed", [](CameraOptions &options) { options.reversedRange = true; }},
+    Fault{"no-zoom", [](CameraOptions &options) { options.hasZoomAbs = false; }},
     Fault{"ids",
-          [](Faults &faults) {
-              faults.options.cameraTerminalId = kOtherTerminal;
-              faults.options.processingUnitId = kOtherUnit;
+          [](CameraOptions &options) {
+              options.cameraTerminalId = kOtherTerminal;
+              options.processingUnitId = kOtherUnit;
           }},
-    Fault{
-        "swapped-ids",
-        [](Faults &faults) { std::swap(faults.options.cameraTerminalId, faults.options.processingUnitId); }},
-    Fault{"interface", [](Faults &faults) { faults.options.videoControlInterface = 1; }},
-    Fault{"no-header", [](Faults &faults) { faults.options.hasHeader = false; }},
+    Fault{"swapped-ids",
+          [](CameraOptions &options) { std::swap(options.cameraTerminalId, options.processingUnitId); }},
+    Fault{"interface", [](CameraOptions &options) { options.videoControlInterface = 1; }},
+    Fault{"no-header", [](CameraOptions &options) { options.hasHeader = false; }},
 };
 
 }  // namespace
 
-bool addFault(std::string_view name, Faults &faults) {
+bool addFault(std::string_view name, CameraOptions &options) {
     const auto *const fault = std::ranges::find(kFaults, name, &Fault::name);
     if (fault == kFaults.end()) return false;
-    fault->add(faults);
+    fault->add(options);
     return true;
 }
 

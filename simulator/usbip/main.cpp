@@ -21,8 +21,7 @@ constexpr int kMisused = 2;
 Connection::Cameras makeCameras(const CommandLine &line, TransferLog &log) {
     Connection::Cameras cameras;
     for (unsigned number = 1; number <= line.cameras; ++number) {
-        auto model = std::make_shared<CameraModel>(line.faults.options);
-        model->setAnswerDelay(line.faults.answerDelay);
+        auto model = std::make_shared<CameraModel>(line.options);
         auto painter = [picture = RoomPicture()](const CameraModel &camera) mutable {
             return picture.of(camera);
         };

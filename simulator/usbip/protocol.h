@@ -7,16 +7,14 @@
 #include <span>
 #include <string>
 #include <variant>
-#include <vector>
 
+#include "simulator/bytes.h"
 #include "usb/usb.h"
 
 /// The messages of USB/IP 1.1.1 as the kernel documents them (Documentation/usb/usbip_protocol.rst): numbers
 /// big-endian, except the setup packet, which stays in USB's order. Pure functions; what they decode comes
 /// from a socket and may be anything.
 namespace simulator::usbip {
-
-using Bytes = std::vector<std::uint8_t>;
 
 inline constexpr std::uint16_t kUsualPort = 3240;
 inline constexpr std::uint16_t kVersion = 0x0111;

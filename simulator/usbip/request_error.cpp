@@ -1,19 +1,18 @@
 #include "simulator/usbip/request_error.h"
 
 #include "simulator/camera_controls.h"
-#include "simulator/usbip/requests.h"
+#include "simulator/requests.h"
 
 namespace simulator::usbip {
 
 RequestError requestErrorOf(const CameraOptions &options, const usb::SetupPacket &setup,
                             std::span<const std::uint8_t> data) {
-    const auto unit = static_cast<std::uint8_t>(setup.index >> 8);
-    const auto selector = static_cast<std::uint8_t>(setup.value >> 8);
+    const std::uint8_t unit = unitOf(setup);
     if (unit == 0) return RequestError::invalidControl;  // the interface has none but this one
     if (unit != options.cameraTerminalId && unit != options.processingUnitId)
         return RequestError::invalidUnit;
 
-    const auto control = findControl(options, unit, selector);
+    const auto control = findControl(options, unit, selectorOf(setup));
     if (!control) return RequestError::invalidControl;
     if (isAnswered(setup) || setup.request != request::kSetCur || data.size() != control->size())
         return RequestError::invalidRequest;

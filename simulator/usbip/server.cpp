@@ -110,6 +110,10 @@ void Server::serve(std::size_t connection, int events, TimePoint now) {
         client->collect(now);
         alive = client->send();
     }
+    if (alive && client->camera() != nullptr && client->camera()->isGone()) {
+        client->camera()->announceUnplugging();
+        alive = false;
+    }
     if (!alive) client.reset();
 }
 

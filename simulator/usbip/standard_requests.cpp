@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "simulator/camera_descriptors.h"
-#include "simulator/usbip/requests.h"
+#include "simulator/requests.h"
 
 namespace simulator::usbip {
 
@@ -55,12 +55,10 @@ std::vector<std::uint16_t> utf16(std::string_view text) {
 Bytes stringDescriptor(std::vector<std::uint16_t> units) {
     constexpr std::uint8_t kString = 0x03;
     if (units.size() > kMostStringUnits) units.resize(kMostStringUnits);
-    Bytes bytes{static_cast<std::uint8_t>(2 + 2 * units.size()), kString};
-    for (const std::uint16_t unit : units) {
-        bytes.push_back(static_cast<std::uint8_t>(unit & 0xFF));
-        bytes.push_back(static_cast<std::uint8_t>(unit >> 8));
-    }
-    return bytes;
+    ByteWriter bytes(std::endian::little);
+    bytes.u1(0).u1(kString);
+    for (const std::uint16_t unit : units) bytes.u2(unit);
+    return bytes.asDescriptor();
 }
 
 bool isEndpoint(std::uint16_t address) {

@@ -1,32 +1,26 @@
 #include "simulator/usbip/stream_negotiation.h"
 
-#include "simulator/camera_controls.h"
 #include "simulator/camera_descriptors.h"
+#include "simulator/requests.h"
 
 namespace simulator::usbip {
 
 namespace {
 
-/// Little-endian; `size` is at most 4.
-void append(Bytes &bytes, std::uint32_t value, unsigned size) {
-    for (unsigned i = 0; i < size; ++i) bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
-}
-
 Bytes settings(const CameraOptions &options) {
-    Bytes bytes;
-    append(bytes, 0, 2);  // bmHint: nothing is fixed by the host
-    append(bytes, kFormatIndex, 1);
-    append(bytes, kFrameIndex, 1);
-    append(bytes, kFrameInterval, 4);
-    bytes.resize(bytes.size() + 10, 0);  // key frames, quality, window and delay: uncompressed video has none
-    append(bytes, kFrameBytes, 4);
-    append(bytes, kMostPayloadBytes, 4);
-    if (options.uvcVersion < 0x0110) return bytes;
-
-    append(bytes, kClockHz, 4);
-    append(bytes, 0x03, 1);  // bmFramingInfo: payload headers carry the frame id and the end of frame
-    append(bytes, 0, 3);     // versions of the payload format: of no meaning to uncompressed video
-    return bytes;
+    ByteWriter out(std::endian::little);
+    out.u2(0)  // bmHint: nothing is fixed by the host
+        .u1(kFormatIndex)
+        .u1(kFrameIndex)
+        .u4(kFrameInterval)
+        .zeros(10)  // key frames, quality, window and delay: uncompressed video has none
+        .u4(kFrameBytes)
+        .u4(kMostPayloadBytes);
+    if (options.uvcVersion >= 0x0110)
+        out.u4(kClockHz)
+            .u1(0x03)   // bmFramingInfo: payload headers carry the frame id and the end of frame
+            .zeros(3);  // versions of the payload format: of no meaning to uncompressed video
+    return out.finished();
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <array>
 #include <string>
 
-#include "simulator/usbip/requests.h"
+#include "simulator/requests.h"
 
 namespace simulator::usbip {
 
@@ -58,9 +58,9 @@ void appendName(std::string &line, const usb::SetupPacket &setup) {
 
 void appendTarget(std::string &line, const usb::SetupPacket &setup) {
     if (isInterfaceClassRequest(setup)) {
-        line += " interface=" + std::to_string(setup.index & 0xFF);
-        line += " unit=" + std::to_string(setup.index >> 8) + " selector=0x";
-        appendHex(line, setup.value >> 8, 2);
+        line += " interface=" + std::to_string(interfaceOf(setup));
+        line += " unit=" + std::to_string(unitOf(setup)) + " selector=0x";
+        appendHex(line, selectorOf(setup), 2);
         return;
     }
     line += " value=0x";

@@ -2,24 +2,13 @@
 
 #include <utility>
 
-#include "simulator/camera_controls.h"
 #include "simulator/camera_descriptors.h"
-#include "simulator/usbip/requests.h"
+#include "simulator/requests.h"
 #include "simulator/usbip/stream_negotiation.h"
 
 namespace simulator::usbip {
 
 namespace {
-
-std::uint8_t selectorOf(const usb::SetupPacket &setup) {
-    return static_cast<std::uint8_t>(setup.value >> 8);
-}
-std::uint8_t unitOf(const usb::SetupPacket &setup) {
-    return static_cast<std::uint8_t>(setup.index >> 8);
-}
-std::uint8_t interfaceOf(const usb::SetupPacket &setup) {
-    return static_cast<std::uint8_t>(setup.index & 0xFF);
-}
 
 /// Requests that reset an endpoint. A host ends a bulk stream with one of them, since there is no alternate
 /// setting without the endpoint to choose (uvcvideo clears the endpoint's halt).
@@ -56,7 +45,7 @@ Export VirtualCamera::exported() const {
 
 void VirtualCamera::attach() {
     attached_ = true;
-    hangs_ = false;
+    model_->plugIn();
     standard_.reset();
     lastError_ = RequestError::none;
     log_->event(busId_, "attach");
@@ -69,18 +58,13 @@ void VirtualCamera::detach() {
 }
 
 std::chrono::milliseconds VirtualCamera::answerDelay(const usb::SetupPacket &setup) {
-    constexpr std::chrono::hours kNever{1};  // no host waits so long
-    if (!isForVideoControl(setup)) return std::chrono::milliseconds(0);
-
-    const CameraOptions &options = model_->options();
-    const bool isOrder = !isAnswered(setup) && unitOf(setup) == options.cameraTerminalId;
-    if (options.hangsOnOrder && isOrder) hangs_ = true;
-    return hangs_ ? kNever : model_->answerDelay();
+    return isForVideoControl(setup) ? model_->answerDelay(setup) : std::chrono::milliseconds(0);
 }
 
 std::optional<Bytes> VirtualCamera::control(const usb::SetupPacket &setup, std::span<const std::uint8_t> data,
                                             TimePoint now) {
     std::optional<Bytes> answered = answer(setup, data);
+    if (isGone()) return std::nullopt;
     if (answered && answered->size() > setup.length) answered->resize(setup.length);
 
     const std::span<const std::uint8_t> shown = isAnswered(setup) && answered ? *answered : data;
@@ -114,12 +98,11 @@ std::optional<Bytes> VirtualCamera::answerVideoControl(const usb::SetupPacket &s
 
     Bytes buffer(data.begin(), data.end());
     if (isAnswered(setup)) buffer.assign(setup.length, 0);
-    const bool accepted = model_->controlRequest(setup, buffer);
-    lastError_ = accepted ? RequestError::none : requestErrorOf(model_->options(), setup, data);
-    if (!accepted) return std::nullopt;
+    const std::optional<std::size_t> transferred = model_->controlRequest(setup, buffer);
+    lastError_ = transferred ? RequestError::none : requestErrorOf(model_->options(), setup, data);
+    if (!transferred) return std::nullopt;
 
-    if (!isAnswered(setup)) return Bytes{};
-    buffer.resize(model_->answeredBytes(buffer.size()));
+    buffer.resize(isAnswered(setup) ? *transferred : 0);
     return buffer;
 }
 

@@ -36,15 +36,16 @@ class VirtualCamera {
     [[nodiscard]] bool isAttached() const { return attached_; }
     void attach();
     void detach();
+    /// Whether the cable has come out by itself: the host is to be disconnected.
+    [[nodiscard]] bool isGone() const { return model_->isUnplugged(); }
     /// Logs that it is about to be unplugged.
     void announceUnplugging() { log_->event(busId_, "unplug"); }
 
-    /// How long the camera takes over a control transfer before it acts on it and answers. One that hangs
-    /// does neither, from its first order to move on, until it is plugged in again.
+    /// How long the camera takes over a control transfer before it acts on it and answers.
     [[nodiscard]] std::chrono::milliseconds answerDelay(const usb::SetupPacket &setup);
 
     /// Performs one control transfer at once. `data` is what came with it; the answer is already cut to
-    /// wLength, and empty where nothing is answered. Nothing: a stall.
+    /// wLength, and empty where nothing is answered. Nothing: a stall, or the cable has come out.
     [[nodiscard]] std::optional<Bytes> control(const usb::SetupPacket &setup,
                                                std::span<const std::uint8_t> data, TimePoint now);
 
@@ -73,7 +74,6 @@ class VirtualCamera {
     VideoStream video_;
     RequestError lastError_ = RequestError::none;
     bool attached_ = false;
-    bool hangs_ = false;
 };
 
 }  // namespace simulator::usbip

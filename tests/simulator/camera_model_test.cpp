@@ -39,8 +39,8 @@ class CameraModelTest : public testing::Test {
     }
 
     static bool set(CameraModel &camera, std::uint16_t index, std::uint16_t value, Bytes data) {
-        return camera.controlRequest({0x21, 0x01, value, index, static_cast<std::uint16_t>(data.size())},
-                                     data);
+        const auto length = static_cast<std::uint16_t>(data.size());
+        return camera.controlRequest({0x21, 0x01, value, index, length}, data).has_value();
     }
 
     std::chrono::steady_clock::time_point now{1h};

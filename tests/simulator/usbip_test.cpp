@@ -10,6 +10,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using namespace usbip_test;
+using simulator::CameraOptions;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -126,6 +127,22 @@ TEST_F(Usbip, DoesNotDoWhatWasCancelledWhileItWasSlow) {
     EXPECT_EQ(bench.models[0]->target().pan, 0);
     EXPECT_THAT(bench.log.str(),
                 HasSubstr("SET_CUR interface=0 unit=1 selector=0x0d length=8 data= cancelled\n"));
+}
+
+TEST(UsbipFaults, GoneIsUnpluggedByAnOrderAndCanBePluggedInAgain) {
+    CameraOptions options;
+    ASSERT_TRUE(simulator::usbip::addFault("gone", options));
+    Bench bench(options);
+    Host host(bench);
+    ASSERT_TRUE(host.import());
+    EXPECT_EQ(host.get(0x81, kPanTilt, kTerminal, 8).data.size(), 8u);
+    host.set(kPanTilt, kTerminal, kSomewhere);
+    EXPECT_TRUE(host.isClosed());
+    EXPECT_EQ(bench.models[0]->target().pan, 0);
+    EXPECT_THAT(bench.log.str(), testing::EndsWith("1-1 unplug\n1-1 detach\n"));
+    Host again(bench);
+    EXPECT_TRUE(again.import());
+    EXPECT_EQ(again.get(0x81, kPanTilt, kTerminal, 8).data.size(), 8u);
 }
 
 TEST_F(Usbip, AnswersSlowlyInOrderAndAfterTheDelay) {
@@ -249,9 +266,9 @@ TEST(UsbipCommandLine, TakesWhatItDocumentsAndNothingElse) {
     ASSERT_TRUE(full);
     EXPECT_EQ(full->port, 0);
     EXPECT_EQ(full->cameras, 2u);
-    EXPECT_EQ(full->faults.answerDelay, std::chrono::seconds(1));
-    EXPECT_EQ(full->faults.options.cameraTerminalId, 5);
-    EXPECT_EQ(full->faults.options.record.ids, model::kRecords.back().ids);
+    EXPECT_EQ(full->options.answerDelay, std::chrono::seconds(1));
+    EXPECT_EQ(full->options.cameraTerminalId, 5);
+    EXPECT_EQ(full->options.record.ids, model::kRecords.back().ids);
     EXPECT_EQ(full->logFile, "x");
 
     const std::pair<const char *, const char *> wrong[] = {

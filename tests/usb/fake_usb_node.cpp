@@ -125,7 +125,8 @@ int UsbNode::submit(UMockdevIoctlData *argument) {
     if ((claimed_ >> (interface & 31u) & 1u) == 0) return EBUSY;
 
     const bool answersInTime =
-        !camera_ || camera_->answerDelay() <= std::chrono::milliseconds(usb::kRequestTimeout);
+        !camera_ || camera_->answerDelay(setupFrom({pending.buffer->data, kSetupBytes})) <=
+                        std::chrono::milliseconds(usb::kRequestTimeout);
     if (answersInTime) transfer(pending);
     pending_.push_back(std::move(pending));
     return 0;
@@ -136,7 +137,7 @@ void UsbNode::transfer(Pending &pending) {
                                         static_cast<std::size_t>(pending.buffer->data_len));
     const usb::SetupPacket setup = setupFrom(bytes);
     std::vector<std::uint8_t> data(bytes.begin() + kSetupBytes, bytes.end());
-    const bool accepted = camera_ && camera_->controlRequest(setup, data);
+    const bool accepted = camera_ && camera_->controlRequest(setup, data).has_value();
     const bool isGet = (setup.requestType & 0x80) != 0;
     if (accepted && isGet) std::ranges::copy(data, bytes.begin() + kSetupBytes);
 

@@ -13,7 +13,7 @@ namespace {
 
 using simulator::Control;
 using simulator::ControlField;
-namespace request = simulator::request;
+namespace request = usb::request;
 
 /// Which number of which control of the simulated camera a V4L2 control is.
 struct Mapping {
@@ -255,13 +255,12 @@ int Uvcvideo::readLimits(const ControlKey &key) {
 }
 
 int Uvcvideo::transfer(std::uint8_t code, const ControlKey &key, Bytes &bytes) {
-    // The driver itself gives up after 5 s, which no test waits for.
-    if (camera_->answerDelay() > std::chrono::milliseconds(usb::kRequestTimeout)) return ETIMEDOUT;
-
     const std::uint8_t type = code == request::kSetCur ? 0x21 : 0xA1;
     const usb::SetupPacket setup{type, code, word(key.second, 0),
                                  word(key.first, camera_->videoControlInterface()),
                                  static_cast<std::uint16_t>(bytes.size())};
+    // The driver itself gives up after 5 s, which no test waits for.
+    if (camera_->answerDelay(setup) > std::chrono::milliseconds(usb::kRequestTimeout)) return ETIMEDOUT;
     if (camera_->controlRequest(setup, bytes)) return 0;
     if (camera_->isUnplugged()) return ENODEV;
     // What the driver makes of the error codes "invalid request" and "wrong state".

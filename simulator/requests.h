@@ -4,8 +4,11 @@
 
 #include "usb/usb.h"
 
-/// The parts of bmRequestType (USB 2.0, table 9-2).
-namespace simulator::usbip {
+/// The parts of a setup packet: of bmRequestType (USB 2.0, table 9-2), and of wValue and wIndex in the class
+/// requests to a video interface (USB Video Class 1.1, section 4.1).
+namespace simulator {
+
+namespace request = usb::request;
 
 inline constexpr std::uint8_t kToHost = 0x80;
 inline constexpr std::uint8_t kStandardRequest = 0x00;
@@ -27,4 +30,15 @@ inline constexpr std::uint8_t kToEndpoint = 2;
     return kindOf(setup) == kClassRequest && recipientOf(setup) == kToInterface;
 }
 
-}  // namespace simulator::usbip
+[[nodiscard]] constexpr std::uint8_t selectorOf(const usb::SetupPacket &setup) {
+    return static_cast<std::uint8_t>(setup.value >> 8);
+}
+/// 0: the interface itself.
+[[nodiscard]] constexpr std::uint8_t unitOf(const usb::SetupPacket &setup) {
+    return static_cast<std::uint8_t>(setup.index >> 8);
+}
+[[nodiscard]] constexpr std::uint8_t interfaceOf(const usb::SetupPacket &setup) {
+    return static_cast<std::uint8_t>(setup.index & 0xFF);
+}
+
+}  // namespace simulator
