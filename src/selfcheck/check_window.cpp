@@ -50,7 +50,7 @@ CheckWindow::CheckWindow(std::shared_ptr<const usb::DeviceRegistry> registry, Ac
 
     nextStep_.setSingleShot(true);
     connect(&nextStep_, &QTimer::timeout, this, &CheckWindow::continueWork);
-    setVerdict({State::Information, "Comprobando…", {}});
+    setVerdict({State::information, "Comprobando…", {}});
 }
 
 CheckWindow::~CheckWindow() = default;
@@ -132,7 +132,7 @@ void CheckWindow::begin(const char *verdict, std::function<bool()> step, std::fu
     finish_ = std::move(finish);
     for (QPushButton *button : {checkAgain_, tryOrder_, copy_}) button->setEnabled(false);
     copied_->hide();
-    setVerdict({State::Information, verdict, {}});
+    setVerdict({State::information, verdict, {}});
     nextStep_.start(kPaintingTime);
 }
 

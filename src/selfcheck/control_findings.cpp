@@ -7,6 +7,7 @@
 #include <span>
 
 #include "selfcheck/findings.h"
+#include "selfcheck/sentences.h"
 
 namespace selfcheck {
 namespace {
@@ -64,18 +65,13 @@ Line failureLine(const FailedRequest &failure) {
     const std::string name = requestName(failure.code);
     switch (failure.outcome) {
         case usb::Outcome::timedOut:
-            return {State::Fault, "La cámara no ha contestado a tiempo a " + name,
-                    "No se le ha preguntado nada más. Desenchúfela de la corriente, espere diez segundos y "
-                    "vuelva a enchufarla."};
+            return say(Sentence::requestUnanswered, {name});
         case usb::Outcome::disconnected:
-            return {State::Fault, "La cámara se ha desconectado al preguntarle " + name,
-                    "Compruebe el cable USB."};
+            return say(Sentence::requestGone, {name});
         case usb::Outcome::refused:
-            return {isNeeded ? State::Fault : State::Warning, "La cámara no contesta a " + name,
-                    "Rechaza la petición."};
+            return say(isNeeded ? Sentence::neededRequestRefused : Sentence::requestRefused, {name});
         default:
-            return {isNeeded ? State::Fault : State::Warning, "Ha fallado la petición " + name,
-                    "La respuesta está incompleta o el sistema no la deja pasar."};
+            return say(isNeeded ? Sentence::neededRequestFailed : Sentence::requestFailed, {name});
     }
 }
 
@@ -100,13 +96,7 @@ bool lacksLimitsForKernel(const Facts &facts, const ControlFacts &control) {
 
 void addFailures(Section &section, const Facts &facts, const ControlFacts &control) {
     const bool lacksLimits = lacksLimitsForKernel(facts, control);
-    if (lacksLimits)
-        section.lines.push_back(
-            {State::Fault,
-             "La cámara rechaza alguna de las lecturas de sus límites; con el controlador del sistema el "
-             "control no se puede usar",
-             "Desenchúfela de la corriente, espere diez segundos y vuelva a enchufarla; si sigue igual, "
-             "necesita una actualización o servicio técnico."});
+    if (lacksLimits) section.lines.push_back(say(Sentence::limitsRefused));
     for (const FailedRequest &failure : control.failures)
         if (!lacksLimits || std::ranges::count(kLimitRequests, failure.code) == 0)
             section.lines.push_back(failureLine(failure));
@@ -122,65 +112,51 @@ void addRangeFindings(Section &section, const Axis &axis, const ControlFacts &fa
     const std::int64_t minimum = (*facts.minimum)[field];
     const std::int64_t maximum = (*facts.maximum)[field];
     if (minimum > maximum) {
-        section.lines.push_back(
-            {State::Fault, name + ": el mínimo es mayor que el máximo",
-             "Con ese rango ninguna posición es válida. Reinicie la cámara; si sigue igual, "
-             "necesita servicio técnico."});
+        section.lines.push_back(say(Sentence::rangeReversed, {name}));
         return;
     }
-    if (minimum == maximum)
-        section.lines.push_back({State::Fault, name + ": el rango está vacío, así que no puede moverse", {}});
+    if (minimum == maximum) section.lines.push_back(say(Sentence::rangeEmpty, {name}));
     if (facts.current && isOutside((*facts.current)[field], minimum, maximum))
-        section.lines.push_back({State::Warning,
-                                 name + ": el valor actual, " + withDegrees(axis, (*facts.current)[field]) +
-                                     ", está fuera de su rango",
-                                 "Elija una escena o use el mando de la cámara y compruebe de nuevo."});
-    if (facts.standard && isOutside((*facts.standard)[field], minimum, maximum))
-        section.lines.push_back({State::Warning,
-                                 name + ": el valor predeterminado, " +
-                                     withDegrees(axis, (*facts.standard)[field]) + ", está fuera de su rango",
-                                 {}});
+        section.lines.push_back(
+            say(Sentence::positionOutside, {name, withDegrees(axis, (*facts.current)[field])}));
+    if (facts.defaultValue && isOutside((*facts.defaultValue)[field], minimum, maximum))
+        section.lines.push_back(
+            say(Sentence::defaultOutside, {name, withDegrees(axis, (*facts.defaultValue)[field])}));
 }
 
 std::string limitsText(const Axis &axis, const ControlFacts &facts, std::size_t field) {
-    if (!facts.minimum && !facts.step && !facts.standard) return "No se saben sus límites.";
-    const std::string range = facts.minimum && facts.maximum
-                                  ? "De " + withDegrees(axis, (*facts.minimum)[field]) + " a " +
-                                        withDegrees(axis, (*facts.maximum)[field])
-                                  : "Mínimo y máximo desconocidos";
-    return range + ", paso " + valueText(axis, facts.step, field) + ", predeterminado " +
-           valueText(axis, facts.standard, field) + ".";
+    if (!facts.minimum && !facts.resolution && !facts.defaultValue) return say(Sentence::limitsUnknown).text;
+    const std::string resolution = valueText(axis, facts.resolution, field);
+    const std::string defaultValue = valueText(axis, facts.defaultValue, field);
+    if (!facts.minimum || !facts.maximum)
+        return say(Sentence::limitsWithoutRange, {resolution, defaultValue}).text;
+    return say(Sentence::limits, {withDegrees(axis, (*facts.minimum)[field]),
+                                  withDegrees(axis, (*facts.maximum)[field]), resolution, defaultValue})
+        .text;
 }
 
-std::string positionText(const Axis &axis, const Facts &facts, const ControlFacts &control,
-                         std::size_t field) {
-    const std::string name = axis.name;
-    if (!control.current) return name + ": no se sabe su valor actual";
-    const std::string value = withDegrees(axis, (*control.current)[field]);
-    return usesKernelDriver(facts) ? name + ": " + value + ", según el sistema" : name + ": ahora " + value;
+Line positionLine(const Axis &axis, const Facts &facts, const ControlFacts &control, std::size_t field) {
+    const std::string limits = limitsText(axis, control, field);
+    if (!control.current) return say(Sentence::positionUnknown, {axis.name, limits});
+    return say(usesKernelDriver(facts) ? Sentence::positionFromSystem : Sentence::position,
+               {axis.name, withDegrees(axis, (*control.current)[field]), limits});
 }
 
 void addAxis(Section &section, const Axis &axis, const Facts &facts, const ControlFacts &control,
              std::size_t field) {
-    const std::string name = axis.name;
     const std::size_t own = section.lines.size();
-    section.lines.push_back(
-        {State::Information, positionText(axis, facts, control, field), limitsText(axis, control, field)});
+    section.lines.push_back(positionLine(axis, facts, control, field));
     addRangeFindings(section, axis, control, field);
-    if (control.step && (*control.step)[field] <= 0)
+    if (control.resolution && (*control.resolution)[field] <= 0)
         section.lines.push_back(
-            {State::Warning, name + ": el paso es " + std::to_string((*control.step)[field]),
-             "Una cámara sana da un paso mayor que cero. El programa pide las posiciones sin "
-             "redondear."});
-    // Good only where the camera itself has answered, there are limits to compare its position with, and
-    // nothing is wrong with them.
-    const bool isWhole = control.current && control.minimum && control.maximum;
-    if (isWhole && !usesKernelDriver(facts) && section.lines.size() == own + 1)
-        section.lines[own].state = State::Good;
+            say(Sentence::resolutionTooSmall, {axis.name, std::to_string((*control.resolution)[field])}));
+    // A position is good only where there are limits to compare it with and nothing is wrong with them.
+    if (!control.minimum || !control.maximum || section.lines.size() > own + 1)
+        section.lines[own].state = State::information;
 }
 
 bool wasAnswered(const ControlFacts &facts) {
-    return facts.minimum || facts.step || facts.standard || facts.current;
+    return facts.minimum || facts.resolution || facts.defaultValue || facts.current;
 }
 
 Section controlFindings(std::string title, const Facts &facts, const ControlFacts &control,
@@ -189,20 +165,17 @@ Section controlFindings(std::string title, const Facts &facts, const ControlFact
     if (!facts.moved) return section;
     const bool couldBeAsked = wasAnswered(control) || !control.failures.empty();
     if (!control.isOffered && !facts.givenUp) {
-        section.lines.push_back(
-            {State::Fault, "La cámara no ofrece este control",
-             "Puede ser otra versión de la cámara, o estar en un modo que no deja moverla."});
+        section.lines.push_back(say(Sentence::notOffered));
         return section;
     }
     if (!couldBeAsked) {
-        section.lines.push_back({State::Information, "No se ha podido preguntar a la cámara", {}});
+        section.lines.push_back(say(Sentence::notAsked));
         return section;
     }
     if (wasAnswered(control))
         for (std::size_t field = 0; field < axes.size(); ++field)
             addAxis(section, axes[field], facts, control, field);
-    if (!control.maySet)
-        section.lines.push_back({State::Fault, "La cámara dice que este control no se puede cambiar", {}});
+    if (!control.maySet) section.lines.push_back(say(Sentence::notSettable));
     addFailures(section, facts, control);
     return section;
 }

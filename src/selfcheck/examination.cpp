@@ -71,8 +71,8 @@ void Examination::planControl(ControlFacts &facts, const char *name) {
     if (!facts.isOffered) return;
 
     const std::size_t row = UVCController::controlIndexForString(name);
-    steps_.addFirst([this, &facts, row] { readValue(facts, row, &ControlFacts::standard); });
-    steps_.addFirst([this, &facts, row] { readValue(facts, row, &ControlFacts::step); });
+    steps_.addFirst([this, &facts, row] { readValue(facts, row, &ControlFacts::defaultValue); });
+    steps_.addFirst([this, &facts, row] { readValue(facts, row, &ControlFacts::resolution); });
     steps_.addFirst([this, &facts, row] { readRange(facts, row); });
     steps_.addFirst([this, &facts, row] { readInfo(facts, row); });
     // First the request that is one transfer at most: a camera that takes too long for it is asked nothing
@@ -122,7 +122,7 @@ void Examination::readValue(ControlFacts &facts, std::size_t row, Slot slot) {
         std::uint32_t capabilities = 0;
         if (slot == &ControlFacts::current) {
             if (!camera_->getValue(*value, row)) return;
-        } else if (slot == &ControlFacts::step) {
+        } else if (slot == &ControlFacts::resolution) {
             camera_->getLowValue(none, none, value, none, capabilities, row);
         } else {
             camera_->getLowValue(none, none, none, value, capabilities, row);

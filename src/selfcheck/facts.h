@@ -27,8 +27,8 @@ struct ControlFacts {
     bool maySet = true;      ///< GET_INFO says that it can be set
     std::optional<FieldValues> minimum;
     std::optional<FieldValues> maximum;
-    std::optional<FieldValues> step;
-    std::optional<FieldValues> standard;
+    std::optional<FieldValues> resolution;
+    std::optional<FieldValues> defaultValue;
     std::optional<FieldValues> current;
     std::vector<FailedRequest> failures;
 };
@@ -46,15 +46,15 @@ struct CameraFacts {
 /// How a control was tried: it was to be sent the position that it reports.
 struct OrderFacts {
     enum class Stage {
-        Reading,       ///< the position could not be read: nothing was sent
-        OutsideRange,  ///< the position is outside the control's own range: nothing was sent
-        Ordering       ///< the order was sent
+        reading,       ///< the position could not be read: nothing was sent
+        outsideRange,  ///< the position is outside the control's own range: nothing was sent
+        ordering       ///< the order was sent
     };
-    Stage stage = Stage::Reading;
+    Stage stage = Stage::reading;
     usb::Outcome outcome = usb::Outcome::failed;  ///< of the reading or of the order
     std::chrono::milliseconds duration{0};        ///< of the order
 
-    [[nodiscard]] bool wasObeyed() const { return stage == Stage::Ordering && outcome == usb::Outcome::done; }
+    [[nodiscard]] bool wasObeyed() const { return stage == Stage::ordering && outcome == usb::Outcome::done; }
 };
 
 /// What came of a trial; controls that the camera does not offer are absent.

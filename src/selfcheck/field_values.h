@@ -11,11 +11,8 @@ namespace selfcheck {
 /// fields' order.
 using FieldValues = std::vector<std::int64_t>;
 
-/// The fields of a pan-tilt-abs or zoom-abs value in host order.
+/// A value's fields, each read by its type; the value is in host order. Fields of 8 unsigned bytes, which no
+/// control of a camera has, must fit the sign.
 [[nodiscard]] FieldValues numbersOf(const UVCValue &value);
-
-/// Whether `values` lies within the range, field by field.
-[[nodiscard]] bool isWithin(const FieldValues &values, const FieldValues &minimum,
-                            const FieldValues &maximum);
 
 }  // namespace selfcheck

@@ -24,11 +24,17 @@ std::shared_ptr<const usb::Device> findAgain(const usb::DeviceRegistry &registry
     return nullptr;
 }
 
+bool isWithin(const FieldValues &values, const FieldValues &minimum, const FieldValues &maximum) {
+    for (std::size_t field = 0; field < values.size(); ++field)
+        if (values[field] < minimum[field] || values[field] > maximum[field]) return false;
+    return true;
+}
+
 }  // namespace
 
 OrderTrial::OrderTrial(const std::shared_ptr<const usb::DeviceRegistry> &registry, const Facts &facts) {
     if (const auto device = findAgain(*registry, facts.cameras[*facts.moved])) {
-        device_ = std::make_shared<WatchedDevice>(device, WatchedDevice::Orders::Sent, kPatience);
+        device_ = std::make_shared<WatchedDevice>(device, WatchedDevice::Orders::sent, kPatience);
         camera_ = UVCController::uvcControllerWithService(device_);
     }
     if (facts.panTilt.isOffered)
@@ -54,19 +60,19 @@ usb::Outcome OrderTrial::lastOutcome() const {
 }
 
 OrderFacts OrderTrial::tryControl(const char *name, const ControlFacts &control) {
-    if (!camera_) return {OrderFacts::Stage::Reading, usb::Outcome::disconnected, {}};
+    if (!camera_) return {OrderFacts::Stage::reading, usb::Outcome::disconnected, {}};
 
     const std::size_t row = UVCController::controlIndexForString(name);
     const auto value = UVCValue::uvcValueWithType(uvc::controlType(row));
-    if (!camera_->getValue(*value, row)) return {OrderFacts::Stage::Reading, lastOutcome(), {}};
+    if (!camera_->getValue(*value, row)) return {OrderFacts::Stage::reading, lastOutcome(), {}};
 
     // The camera may refuse such a position, or leave it: neither says whether it obeys.
     if (control.minimum && control.maximum &&
         !isWithin(numbersOf(*value), *control.minimum, *control.maximum))
-        return {OrderFacts::Stage::OutsideRange, usb::Outcome::done, {}};
+        return {OrderFacts::Stage::outsideRange, usb::Outcome::done, {}};
 
     const bool isAccepted = camera_->setValue(*value, row);
-    return {OrderFacts::Stage::Ordering, isAccepted ? usb::Outcome::done : lastOutcome(),
+    return {OrderFacts::Stage::ordering, isAccepted ? usb::Outcome::done : lastOutcome(),
             device_->log().requests.back().duration};
 }
 

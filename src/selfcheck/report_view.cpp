@@ -36,7 +36,7 @@ QWidget *makeSection(const Section &section, QWidget *parent) {
     auto *column = new QVBoxLayout(frame);
     column->setSpacing(10);
     const State state = section.state();
-    const std::string verdict = state == State::Information ? "" : " — " + stateWord(state);
+    const std::string verdict = state == State::information ? "" : " — " + stateWord(state);
     column->addWidget(makeLabel(text(section.title + verdict), 1.15, true, frame));
     for (const Line &line : section.lines) column->addWidget(makeLineWidget(line, 0, frame));
     return frame;
@@ -62,7 +62,7 @@ QWidget *makeLineWidget(const Line &line, int emphasis, QWidget *parent) {
     column->setSpacing(2);
     // Warnings and faults have the word beside the symbol. For the rest the section's title has it; the
     // verdict is a sentence that tells as much.
-    const bool needsWord = emphasis == 0 && (line.state == State::Warning || line.state == State::Fault);
+    const bool needsWord = emphasis == 0 && (line.state == State::warning || line.state == State::fault);
     const QString shown = needsWord ? word + QStringLiteral(". ") + text(line.text) : text(line.text);
     column->addWidget(makeLabel(shown, emphasis > 0 ? 1.3 : 1.0, emphasis > 0 || needsWord, widget));
     if (!line.detail.empty()) column->addWidget(makeLabel(text(line.detail), 1.0, false, widget));

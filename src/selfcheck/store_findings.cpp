@@ -8,6 +8,7 @@
 #include "scenes/store_paths.h"
 #include "scenes/utf8.h"
 #include "selfcheck/findings.h"
+#include "selfcheck/sentences.h"
 
 namespace selfcheck {
 namespace {
@@ -24,65 +25,56 @@ std::string centreName(const std::string &centre) {
     return scenes::sameName(centre, scenes::kNoCentre) ? "Sin grupo" : repairUtf8(centre);
 }
 
-std::string inaccessibleReason(int systemError) {
+Sentence reasonInaccessible(int systemError) {
     switch (systemError) {
         case EACCES:
         case EPERM:
-            return "este usuario no tiene permiso para leer el fichero";
+            return Sentence::fileDenied;
         case ENOENT:
         case ELOOP:
-            return "es un enlace que no lleva a ningún fichero";
+            return Sentence::fileIsDanglingLink;
         default:
-            return "el disco no deja leer el fichero (error " + std::to_string(systemError) + " del sistema)";
+            return Sentence::fileUnreadable;
     }
 }
 
-Line unreadable(const CheckedFile &file, const std::string &reason) {
-    return {State::Warning, repairUtf8(file.room) + ": " + reason,
-            repairUtf8(file.path) +
-                " — El programa muestra esta aula sin escenas. No guarde nada en ella antes de "
-                "recuperar una copia."};
-}
-
-Line fileLine(const CheckedFile &file) {
-    const std::string room = repairUtf8(file.room);
+/// What is said of the file of the room that `place` names.
+Line fileLine(const CheckedFile &file, const std::string &place) {
+    const std::string path = repairUtf8(file.path);
     // Before all else: it ends the program even where another file's scenes are shown.
-    if (file.outcome == Outcome::Fatal)
-        return {State::Fault, room + ": fichero dañado o de otro programa; cierra el programa al arrancar",
-                "Mueva este fichero a otra carpeta: " + repairUtf8(file.path)};
+    if (file.outcome == Outcome::Fatal) return say(Sentence::fileFatal, {place, path});
+    const std::string sceneCount = counted(file.scenes, "escena", "escenas");
     if (file.isHidden)
-        return {
-            State::Warning, room + ": otro fichero lleva el nombre de la misma aula, y este no se muestra",
-            repairUtf8(file.path) + " — " +
-                (file.outcome == Outcome::Read ? "Contiene " + counted(file.scenes, "escena", "escenas") + "."
-                                               : "No se puede leer.")};
+        return file.outcome == Outcome::Read ? say(Sentence::fileHidden, {place, path, sceneCount})
+                                             : say(Sentence::fileHiddenUnreadable, {place, path});
     switch (file.outcome) {
-        case Outcome::Inaccessible:
-            return unreadable(file, inaccessibleReason(file.systemError));
+        case Outcome::Inaccessible: {
+            const Sentence reason = reasonInaccessible(file.systemError);
+            if (reason == Sentence::fileUnreadable)
+                return say(reason, {place, std::to_string(file.systemError), path});
+            return say(reason, {place, path});
+        }
         case Outcome::NotAFile:
-            return unreadable(file, "no es un fichero, sino una carpeta u otra cosa");
+            return say(Sentence::notAFile, {place, path});
         case Outcome::TooLarge:
-            return unreadable(file, "el fichero es demasiado grande para contener escenas");
+            return say(Sentence::fileTooLarge, {place, path});
         case Outcome::Empty:
-            return unreadable(file, "el fichero está vacío");
+            return say(Sentence::fileEmpty, {place, path});
         case Outcome::NoScenes:
-            return unreadable(file, "el fichero no contiene escenas que se puedan leer");
+            return say(Sentence::fileWithoutScenes, {place, path});
         default:
             break;
     }
-    if (file.scenes == 0) return {State::Information, room + ": sin escenas", {}};
-    return {State::Good, room + ": " + counted(file.scenes, "escena", "escenas"), {}};
+    return file.scenes == 0 ? say(Sentence::roomEmpty, {place}) : say(Sentence::room, {place, sceneCount});
 }
 
 Line summary(const scenes::StoreCheck &store) {
     std::size_t sceneCount = 0;
     for (const CheckedFile &file : store.files) sceneCount += file.isHidden ? 0 : file.scenes;
     const std::set<std::string, scenes::NameLess> centres(store.centres.begin(), store.centres.end());
-    return {State::Information,
-            counted(sceneCount, "escena", "escenas") + " en " +
-                counted(store.files.size(), "fichero", "ficheros") + ", " +
-                counted(centres.size(), "centro", "centros"),
-            "Carpeta " + repairUtf8(store.store)};
+    return say(Sentence::storeSummary,
+               {counted(sceneCount, "escena", "escenas"), counted(store.files.size(), "fichero", "ficheros"),
+                counted(centres.size(), "centro", "centros"), repairUtf8(store.store)});
 }
 
 /// The centres' names as the program's list shows them, those without a centre first.
@@ -95,39 +87,25 @@ std::vector<std::string> centresInOrder(const scenes::StoreCheck &store) {
 }
 
 void addCentre(Section &section, const scenes::StoreCheck &store, const std::string &centre) {
-    bool isEmpty = true;
-    for (const CheckedFile &file : store.files) {
-        if (!scenes::sameName(file.centre, centre)) continue;
-        Line line = fileLine(file);
-        line.text = centreName(centre) + " / " + line.text;
-        section.lines.push_back(std::move(line));
-        isEmpty = false;
-    }
-    if (isEmpty) section.lines.push_back({State::Information, centreName(centre) + ": sin aulas", {}});
+    const std::string name = centreName(centre);
+    const std::size_t before = section.lines.size();
+    for (const CheckedFile &file : store.files)
+        if (scenes::sameName(file.centre, centre))
+            section.lines.push_back(fileLine(file, name + " / " + repairUtf8(file.room)));
+    if (section.lines.size() == before) section.lines.push_back(say(Sentence::centreEmpty, {name}));
 }
 
 }  // namespace
 
 Section storeFindings(const scenes::StoreCheck &store) {
-    Section section{"Escenas guardadas", {}};
-    if (!store.hasDocuments) {
-        section.lines.push_back({State::Fault, "Este usuario no tiene carpeta de documentos",
-                                 "El programa no puede arrancar sin ella."});
-        return section;
-    }
-    if (!store.hasStore) {
-        section.lines.push_back({State::Information, "Todavía no hay escenas guardadas",
-                                 "El programa creará la carpeta al arrancar: " + repairUtf8(store.store)});
-        return section;
-    }
-    section.lines.push_back(summary(store));
+    const std::string title = "Escenas guardadas";
+    if (!store.hasDocuments) return {title, {say(Sentence::noDocuments)}};
+    if (!store.hasStore) return {title, {say(Sentence::noStore, {repairUtf8(store.store)})}};
+    Section section{title, {summary(store)}};
     for (const std::string &folder : store.unlisted)
-        section.lines.push_back({State::Warning, "No se puede ver lo que hay en una carpeta de escenas",
-                                 repairUtf8(folder) + " — El programa la toma por vacía."});
+        section.lines.push_back(say(Sentence::folderUnlisted, {repairUtf8(folder)}));
     for (const std::string &entry : store.nameless)
-        section.lines.push_back({State::Fault,
-                                 "Un fichero cuyo nombre son solo puntos cierra el programa al arrancar",
-                                 "Bórrelo o cámbiele el nombre: " + repairUtf8(entry)});
+        section.lines.push_back(say(Sentence::nameOfDots, {repairUtf8(entry)}));
     for (const std::string &centre : centresInOrder(store)) addCentre(section, store, centre);
     return section;
 }

@@ -1,6 +1,7 @@
 // Whether the camera obeys.
 
 #include "selfcheck/findings.h"
+#include "selfcheck/sentences.h"
 
 namespace selfcheck {
 namespace {
@@ -11,32 +12,25 @@ std::string durationText(std::chrono::milliseconds duration) {
     return std::to_string(count) + (count == 1 ? " milisegundo" : " milisegundos");
 }
 
-Line unsentLine(const std::string &name, const OrderFacts &order) {
-    if (order.stage == OrderFacts::Stage::OutsideRange)
-        return {State::Information, name + ": no se ha probado",
-                "La cámara dice estar fuera de su propio rango. Elija una escena y compruebe de nuevo."};
-    return {State::Fault, name + ": no se ha podido leer la posición", "Por eso no se ha enviado la orden."};
-}
-
 Line orderLine(const std::string &name, const OrderFacts &order, int transfers) {
     switch (order.outcome) {
         case usb::Outcome::timedOut:
-            return {State::Fault, name + ": la cámara no ha contestado a tiempo", {}};
+            return say(Sentence::orderUnanswered, {name});
         case usb::Outcome::disconnected:
-            return {State::Fault, name + ": la cámara ya no está conectada", {}};
+            return say(Sentence::orderGone, {name});
         case usb::Outcome::denied:
-            return {State::Fault, name + ": el sistema no ha permitido abrir la cámara", {}};
+            return say(Sentence::orderDenied, {name});
         case usb::Outcome::busy:
-            return {State::Fault, name + ": otro programa tiene ocupada la cámara", {}};
+            return say(Sentence::orderBusy, {name});
         default:
             break;
     }
-    if (order.stage != OrderFacts::Stage::Ordering) return unsentLine(name, order);
-    if (order.outcome != usb::Outcome::done)
-        return {State::Fault, name + ": la cámara ha rechazado la orden", {}};
-    const bool isSlow = order.duration >= transfers * kSlowTransfer;
-    return {isSlow ? State::Warning : State::Good, name + ": la cámara ha aceptado la orden",
-            "Ha tardado " + durationText(order.duration) + "."};
+    if (order.stage == OrderFacts::Stage::outsideRange) return say(Sentence::orderOutsideRange, {name});
+    if (order.stage == OrderFacts::Stage::reading) return say(Sentence::orderUnread, {name});
+    if (order.outcome != usb::Outcome::done) return say(Sentence::orderRefused, {name});
+    const bool isLate = order.duration >= transfers * kSlowTransfer;
+    return say(isLate ? Sentence::orderAcceptedLate : Sentence::orderAccepted,
+               {name, durationText(order.duration)});
 }
 
 }  // namespace

@@ -43,7 +43,7 @@ class WatchedVideoControl : public usb::VideoControl {
     [[nodiscard]] Outcome controlRequest(const usb::SetupPacket &setup,
                                          std::span<std::uint8_t> data) override {
         const bool isOrder = (setup.requestType & kDeviceToHost) == 0;
-        if (isOrder && orders_ == WatchedDevice::Orders::Refused) return Outcome::failed;
+        if (isOrder && orders_ == WatchedDevice::Orders::refused) return Outcome::failed;
         if (log_->givenUp) return *log_->givenUp;
 
         const auto start = Clock::now();

@@ -38,12 +38,12 @@ struct RequestLog {
 class WatchedDevice : public usb::Device {
  public:
     enum class Orders {
-        Refused,  ///< anything but a GET fails without being sent: the device can be read, not moved
-        Sent
+        refused,  ///< anything but a GET fails without being sent: the device can be read, not moved
+        sent
     };
 
     explicit WatchedDevice(
-        std::shared_ptr<const usb::Device> device, Orders orders = Orders::Refused,
+        std::shared_ptr<const usb::Device> device, Orders orders = Orders::refused,
         std::chrono::milliseconds patience = std::chrono::milliseconds(usb::kRequestTimeout))
         : device_(std::move(device)),
           orders_(orders),

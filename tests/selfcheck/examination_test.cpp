@@ -110,7 +110,7 @@ TEST_F(ExaminationTest, ACameraThatAnswersTooLateIsNotAskedAgain) {
         slow->answers = 100;
         slow->delayed = code;
         slow->delay = std::chrono::milliseconds(210);
-        const WatchedDevice watched(slow, WatchedDevice::Orders::Refused, std::chrono::milliseconds(200));
+        const WatchedDevice watched(slow, WatchedDevice::Orders::refused, std::chrono::milliseconds(200));
         const auto interface = watched.videoControl();
         ASSERT_EQ(interface->open(), usb::Outcome::done);
         const auto ask = [&] {
@@ -160,10 +160,10 @@ TEST_F(OrderTrialTest, SendsNothingWhereThePositionIsUnknownOrImpossible) {
     };
     Options options;
     options.outsideRange = true;
-    EXPECT_EQ(setsAndStage(options), std::pair(0, Stage::OutsideRange));
+    EXPECT_EQ(setsAndStage(options), std::pair(0, Stage::outsideRange));
     options = {};
     options.refused = {{1, 0x0D, 0x81}};
-    EXPECT_EQ(setsAndStage(options), std::pair(0, Stage::Reading));
+    EXPECT_EQ(setsAndStage(options), std::pair(0, Stage::reading));
 }
 
 TEST_F(OrderTrialTest, ACameraThatIsGoneIsSentNothingMore) {
@@ -171,9 +171,9 @@ TEST_F(OrderTrialTest, ACameraThatIsGoneIsSentNothingMore) {
     const auto found = examine();
     camera->unplugAfter(1);
     const auto trial = *tried(found).trial;
-    EXPECT_EQ(trial.panTilt->stage, Stage::Ordering);
+    EXPECT_EQ(trial.panTilt->stage, Stage::ordering);
     EXPECT_EQ(trial.panTilt->outcome, usb::Outcome::disconnected);
-    EXPECT_EQ(trial.zoom->stage, Stage::Reading);
+    EXPECT_EQ(trial.zoom->stage, Stage::reading);
     EXPECT_EQ(trial.zoom->outcome, usb::Outcome::disconnected);
 
     bus_->unplug(camera);

@@ -31,7 +31,7 @@ class FindingsTest : public SelfcheckBench {
 TEST_F(FindingsTest, AHealthyCameraIsDescribedInUnitsAndDegreesAndNotSaidToObey) {
     auto facts = healthy();
     facts.panTilt.current = selfcheck::FieldValues{-43380, 3599};
-    EXPECT_EQ(stateOf(facts), State::Information) << "the kernel's driver may have answered from its memory";
+    EXPECT_EQ(stateOf(facts), State::information) << "the kernel's driver may have answered from its memory";
     EXPECT_THAT(
         textOf(facts),
         AllOf(
@@ -105,7 +105,7 @@ TEST_F(FindingsTest, OfTwoCamerasTheOneThatMovesIsNamed) {
     second.productName = "Detrás";
     const auto still = plug(first, 1, {1});
     plug(second, 1, {2});
-    EXPECT_EQ(report().verdict.state, State::Warning);
+    EXPECT_EQ(report().verdict.state, State::warning);
     EXPECT_THAT(text(), AllOf(HasSubstr("pero hay conectada otra cámara del mismo modelo."),
                               HasSubstr("[Aviso] Hay 2 cámaras del mismo modelo"),
                               HasSubstr("Cámara del mismo modelo, que no se mueve: «Delante»"),
@@ -151,7 +151,7 @@ TEST_F(FindingsTest, DriversAndProgramsAreNamed) {
     access_->backend = usb::Backend::none;
     EXPECT_THAT(text(), AllOf(HasSubstr("[Fallo] Un controlador que no es de vídeo tiene la cámara: usbhid"),
                               Not(HasSubstr("Ciérrelo"))));
-    EXPECT_NE(report().verdict.state, State::Good);
+    EXPECT_NE(report().verdict.state, State::good);
 }
 
 TEST_F(FindingsTest, EveryRefusedRequestIsNamedAndOnlyTheNeededOnesAreFaults) {
@@ -160,12 +160,12 @@ TEST_F(FindingsTest, EveryRefusedRequestIsNamedAndOnlyTheNeededOnesAreFaults) {
         const char *line;
         State verdict;
     };
-    for (const Row &row : {Row{0x81, "[Fallo] La cámara no contesta a GET_CUR", State::Fault},
-                           Row{0x82, "[Aviso] La cámara no contesta a GET_MIN", State::Warning},
-                           Row{0x83, "[Aviso] La cámara no contesta a GET_MAX", State::Warning},
-                           Row{0x84, "[Aviso] La cámara no contesta a GET_RES", State::Warning},
-                           Row{0x86, "[Fallo] La cámara no contesta a GET_INFO", State::Fault},
-                           Row{0x87, "[Aviso] La cámara no contesta a GET_DEF", State::Warning}}) {
+    for (const Row &row : {Row{0x81, "[Fallo] La cámara no contesta a GET_CUR", State::fault},
+                           Row{0x82, "[Aviso] La cámara no contesta a GET_MIN", State::warning},
+                           Row{0x83, "[Aviso] La cámara no contesta a GET_MAX", State::warning},
+                           Row{0x84, "[Aviso] La cámara no contesta a GET_RES", State::warning},
+                           Row{0x86, "[Fallo] La cámara no contesta a GET_INFO", State::fault},
+                           Row{0x87, "[Aviso] La cámara no contesta a GET_DEF", State::warning}}) {
         Options options;
         options.refused = {{1, 0x0D, row.code}};
         bus_ = std::make_shared<simulator::SimulatedRegistry>();
@@ -180,7 +180,7 @@ TEST_F(FindingsTest, EveryRefusedRequestIsNamedAndOnlyTheNeededOnesAreFaults) {
 TEST_F(FindingsTest, LimitsThatTheKernelCannotReadAreOneFault) {
     const auto sound = healthy();
     auto facts = sound;
-    facts.zoom.minimum = facts.zoom.maximum = facts.zoom.step = facts.zoom.standard = std::nullopt;
+    facts.zoom.minimum = facts.zoom.maximum = facts.zoom.resolution = facts.zoom.defaultValue = std::nullopt;
     // The maximum is not asked for when the minimum has failed.
     for (const std::uint8_t code : std::initializer_list<std::uint8_t>{0x86, 0x82, 0x84, 0x87})
         facts.zoom.failures.push_back({code, usb::Outcome::refused});
@@ -189,7 +189,7 @@ TEST_F(FindingsTest, LimitsThatTheKernelCannotReadAreOneFault) {
                 AllOf(HasSubstr(line),
                       HasSubstr("[Dato] Zoom: 0, según el sistema\n        No se saben sus límites."),
                       Not(HasSubstr("no contesta a GET_"))));
-    EXPECT_EQ(stateOf(facts), State::Fault);
+    EXPECT_EQ(stateOf(facts), State::fault);
 
     facts.access->holder = usb::Holder::nobody;
     EXPECT_THAT(textOf(facts),
@@ -219,7 +219,7 @@ TEST_F(FindingsTest, ASlowCameraIsAWarningWithItsTime) {
     EXPECT_THAT(textOf(facts), Not(HasSubstr("despacio")));
     facts.slowest = std::chrono::milliseconds(1200);
     EXPECT_THAT(textOf(facts), HasSubstr("[Aviso] La cámara contesta despacio: hasta 1200 milisegundos"));
-    EXPECT_EQ(stateOf(facts), State::Warning);
+    EXPECT_EQ(stateOf(facts), State::warning);
 
     facts.givenUp = usb::Outcome::timedOut;
     facts.isTooSlow = true;
@@ -239,18 +239,18 @@ TEST_F(FindingsTest, FaultyRangesAreNamedByAxis) {
                                      Not(HasSubstr("Inclinación: el valor"))));
     facts = sound;
     facts.panTilt.current = selfcheck::FieldValues{612000, -108000};  // the limits belong to the range
-    EXPECT_EQ(stateOf(facts), State::Good);
+    EXPECT_EQ(stateOf(facts), State::good);
     facts = sound;
-    facts.zoom.standard = selfcheck::FieldValues{1001};
+    facts.zoom.defaultValue = selfcheck::FieldValues{1001};
     EXPECT_THAT(textOf(facts), HasSubstr("[Aviso] Zoom: el valor predeterminado, 1001, está fuera"));
     facts = sound;
-    facts.panTilt.step = selfcheck::FieldValues{3600, 0};
+    facts.panTilt.resolution = selfcheck::FieldValues{3600, 0};
     EXPECT_THAT(textOf(facts), HasSubstr("[Aviso] Inclinación: el paso es 0"));
     facts = sound;
     facts.panTilt.minimum = selfcheck::FieldValues{700000, -108000};
     EXPECT_THAT(textOf(facts), AllOf(HasSubstr("[Fallo] Giro: el mínimo es mayor que el máximo"),
                                      Not(HasSubstr("Giro: el valor actual,"))));
-    EXPECT_EQ(stateOf(facts), State::Fault);
+    EXPECT_EQ(stateOf(facts), State::fault);
     facts = sound;
     facts.zoom.maximum = selfcheck::FieldValues{0};
     EXPECT_THAT(textOf(facts), HasSubstr("[Fallo] Zoom: el rango está vacío"));
@@ -284,7 +284,7 @@ TEST_F(FindingsTest, TheStoreIsToldByCentreAndRoom) {
         AllOf(HasSubstr("6 escenas en 4 ficheros, 2 centros"), HasSubstr("[Bien] Norte / Sala 1: 3 escenas"),
               HasSubstr("[Bien] Norte / Sala 2: 1 escena\n"), HasSubstr("[Bien] Sin grupo / Suelta: 2"),
               HasSubstr("[Dato] Norte / Nueva: sin escenas"), HasSubstr("[Dato] Vacío: sin aulas")));
-    EXPECT_EQ(report().verdict.state, State::Information);
+    EXPECT_EQ(report().verdict.state, State::information);
 }
 
 TEST_F(FindingsTest, EachUnreadableFileIsNamedWithItsReason) {
