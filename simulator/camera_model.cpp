@@ -13,6 +13,9 @@ namespace {
 
 constexpr std::size_t kMostTransfers = 8192;
 
+/// A GET_INFO byte: can be read, and no more (USB Video Class 1.1, section 4.1.2).
+constexpr std::uint8_t kGetOnly = 0x01;
+
 RequestKey keyOf(const usb::SetupPacket &setup) {
     return {unitOf(setup), selectorOf(setup), setup.request};
 }
@@ -94,6 +97,7 @@ Bytes CameraModel::get(const Control &control, std::uint8_t request) const {
         for (ControlField &field : beyond.fields) field.range.maximum += 10 * field.range.resolution;
         return encode(beyond, &model::Range::maximum);
     }
+    if (options_.readOnly && request == request::kGetInfo) return {kGetOnly};
     if (options_.reversedRange && request == request::kGetMin) return units_.get(control, request::kGetMax);
     if (options_.reversedRange && request == request::kGetMax) return units_.get(control, request::kGetMin);
     return units_.get(control, request);

@@ -41,6 +41,7 @@ struct CameraOptions {
     bool outsideRange = false;    ///< pan, tilt and zoom read as ten steps above their own maximum
     bool zeroResolution = false;  ///< GET_RES answers 0
     bool reversedRange = false;   ///< pan, tilt and zoom: GET_MIN and GET_MAX change places
+    bool readOnly = false;        ///< pan, tilt and zoom: GET_INFO says that they cannot be set
     bool notReady = false;        ///< says of a refused request that it is not ready for it
 };
 

@@ -21,8 +21,9 @@ bool hasVideoControl(const usb::Device &device) {
 
 }  // namespace
 
-Examination::Examination(std::shared_ptr<const usb::DeviceRegistry> registry, AccessInspector inspector)
-    : registry_(std::move(registry)), inspector_(std::move(inspector)) {
+Examination::Examination(std::shared_ptr<const usb::DeviceRegistry> registry, AccessInspector inspector,
+                         std::chrono::milliseconds patience)
+    : registry_(std::move(registry)), inspector_(std::move(inspector)), patience_(patience) {
     steps_.addLast([this] { lookAtBus(); });
     steps_.addLast([this] { facts_.store = scenes::checkStore(); });
 }
@@ -41,7 +42,8 @@ void Examination::lookAtBus() {
     std::vector<std::shared_ptr<UVCController>> controllers;
     for (const auto &device : *devices) {
         if (!hasVideoControl(*device)) continue;
-        const auto watched = std::make_shared<WatchedDevice>(device);
+        const auto watched =
+            std::make_shared<WatchedDevice>(device, WatchedDevice::Orders::refused, patience_);
         const auto controller = UVCController::uvcControllerWithService(watched);
         if (controller) controllers.push_back(controller);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -23,7 +24,9 @@ using AccessInspector = std::function<std::optional<usb::InterfaceReport>(std::u
 /// tell whether the camera obeys; OrderTrial can.
 class Examination {
  public:
-    Examination(std::shared_ptr<const usb::DeviceRegistry> registry, AccessInspector inspector);
+    /// `patience`: see WatchedDevice.
+    Examination(std::shared_ptr<const usb::DeviceRegistry> registry, AccessInspector inspector,
+                std::chrono::milliseconds patience = std::chrono::milliseconds(usb::kRequestTimeout));
     ~Examination();
     Examination(const Examination &) = delete;
     Examination &operator=(const Examination &) = delete;
@@ -49,6 +52,7 @@ class Examination {
 
     std::shared_ptr<const usb::DeviceRegistry> registry_;
     AccessInspector inspector_;
+    std::chrono::milliseconds patience_;
     Facts facts_;
     Steps steps_;
     std::shared_ptr<const WatchedDevice> device_;  // the camera that is moved

@@ -42,9 +42,8 @@ class WatchedDevice : public usb::Device {
         sent
     };
 
-    explicit WatchedDevice(
-        std::shared_ptr<const usb::Device> device, Orders orders = Orders::refused,
-        std::chrono::milliseconds patience = std::chrono::milliseconds(usb::kRequestTimeout))
+    explicit WatchedDevice(std::shared_ptr<const usb::Device> device, Orders orders,
+                           std::chrono::milliseconds patience)
         : device_(std::move(device)),
           orders_(orders),
           patience_(patience),

@@ -1,64 +1,70 @@
 #pragma once
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "selfcheck/examination.h"
 #include "selfcheck/findings.h"
 #include "selfcheck/order_trial.h"
 #include "selfcheck/report_text.h"
-#include "simulator/camera_model.h"
-#include "simulator/simulated_registry.h"
+#include "support/simulated_camera.h"
 #include "support/store.h"
 
-/// A bus, a store and an inspector of their own for each check.
+/// A room with a camera, a store and an inspector that says how the camera is reached.
 class SelfcheckBench : public testing::Test, protected support::Store {
  protected:
     using Options = simulator::CameraOptions;
 
-    std::shared_ptr<simulator::CameraModel> plug(Options options = {}, std::uint8_t bus = 1,
-                                                 std::vector<std::uint8_t> ports = {1}) {
-        auto camera = std::make_shared<simulator::CameraModel>(std::move(options));
-        bus_->plug(camera, bus, std::move(ports));
-        return camera;
+    simulator::CameraModel &camera() { return *room_->camera; }
+    simulator::SimulatedRegistry &bus() { return *room_->bus; }
+    /// Another room, whose camera is of this kind.
+    simulator::CameraModel &plug(Options options) {
+        room_.emplace(std::move(options));
+        return camera();
+    }
+    /// One more camera, at a port behind that of the first.
+    std::shared_ptr<simulator::CameraModel> plugAnother(Options options, std::vector<std::uint8_t> ports) {
+        auto another = std::make_shared<simulator::CameraModel>(std::move(options));
+        bus().plug(another, 1, std::move(ports));
+        return another;
     }
 
-    selfcheck::AccessInspector inspector() {
-        return [this](std::uint32_t location) {
-            inspected_ = location;
-            return access_;
-        };
-    }
-
-    selfcheck::Facts examine() {
-        selfcheck::Examination check(bus_, inspector());
-        while (check.step()) {
-        }
+    /// A whole check; `before` is called before each step.
+    selfcheck::Facts examine(
+        const std::function<void()> &before = [] {},
+        std::chrono::milliseconds patience = std::chrono::milliseconds(usb::kRequestTimeout)) {
+        selfcheck::Examination check(
+            room_->bus, [this](std::uint32_t) { return access_; }, patience);
+        do before();
+        while (check.step());
         return check.facts();
     }
-
     /// `facts` after an order to their camera.
     selfcheck::Facts tried(selfcheck::Facts facts) {
-        selfcheck::OrderTrial trial(bus_, facts);
+        selfcheck::OrderTrial trial(room_->bus, facts);
         while (trial.step()) {
         }
         facts.trial = trial.facts();
         return facts;
     }
 
-    static std::string textOf(const selfcheck::Facts &facts) {
-        return selfcheck::textOf(selfcheck::findings(facts), "01/02/2025 10:00:00", "1.0");
+    /// The report as it would be copied has these pieces, and not what stands behind a "!".
+    static void expectSaid(const selfcheck::Facts &facts, const std::vector<std::string> &pieces) {
+        const std::string told = selfcheck::textOf(selfcheck::findings(facts), "01/02/2025 10:00:00", "1.0");
+        for (const std::string &piece : pieces)
+            EXPECT_EQ(told.find(piece.substr(piece[0] == '!')) == std::string::npos, piece[0] == '!')
+                << piece << "\nin\n"
+                << told;
     }
-    selfcheck::Report report() { return selfcheck::findings(examine()); }
-    /// The report as it would be copied.
-    std::string text() { return textOf(examine()); }
 
-    std::shared_ptr<simulator::SimulatedRegistry> bus_ = std::make_shared<simulator::SimulatedRegistry>();
+    std::optional<support::SimulatedCamera> room_{std::in_place};
     std::optional<usb::InterfaceReport> access_ = usb::InterfaceReport{
         .interfaceNumber = 0,
         .holder = usb::Holder::cameraDriver,
@@ -69,5 +75,4 @@ class SelfcheckBench : public testing::Test, protected support::Store {
         .programs = {},
         .sawEveryProgram = true,
     };
-    std::uint32_t inspected_ = 0;
 };
