@@ -15,6 +15,10 @@ constexpr std::uint8_t kMotorised = kGetAndSet | kAutoUpdate;
 constexpr std::uint8_t kCt = kCameraTerminal;
 constexpr std::uint8_t kPu = kProcessingUnit;
 
+constexpr std::uint8_t kExposureModeSelector = 0x02;
+constexpr std::uint8_t kWhiteBalanceTempSelector = 0x0B;
+constexpr std::uint8_t kWhiteBalanceComponentSelector = 0x0D;
+
 std::int32_t decodeField(const ControlField &field, std::span<const std::uint8_t> data) {
     std::uint32_t bits = numberAt(data, 0, field.bytes, std::endian::little);
     const unsigned width = 8u * field.bytes;
@@ -28,9 +32,11 @@ std::int32_t decodeField(const ControlField &field, std::span<const std::uint8_t
 // unit, selector, enable bit, info, fields of {bytes, {minimum, maximum, resolution, default}}
 std::array<Control, kControlCount> allControls(const model::Record &record) {
     return {{
-        {kCt, 0x06, 5, kGetAndSet, {{{2, {0, 255, 1, 60}}}}},               // focus-abs
-        {kCt, 0x08, 17, kGetAndSet, {{{1, {0, 1, 1, 1}}}}},                 // auto-focus
-        {kCt, kZoomAbsoluteSelector, 9, kMotorised, {{{2, record.zoom}}}},  // zoom-abs
+        {kCt, kExposureModeSelector, 1, kGetAndSet, {{{1, {1, 8, 1 | 8, 8}}}}},  // auto-exposure-mode: a bit
+                                                                                 // a mode
+        {kCt, 0x06, 5, kGetAndSet, {{{2, {0, 255, 1, 60}}}}},                    // focus-abs
+        {kCt, 0x08, 17, kGetAndSet, {{{1, {0, 1, 1, 1}}}}},                      // auto-focus
+        {kCt, kZoomAbsoluteSelector, 9, kMotorised, {{{2, record.zoom}}}},       // zoom-abs
         {kCt,
          kPanTiltAbsoluteSelector,
          11,
@@ -43,7 +49,12 @@ std::array<Control, kControlCount> allControls(const model::Record &record) {
         {kPu, 0x07, 3, kGetAndSet, {{{2, {0, 100, 1, 60}}}}},         // saturation
         {kPu, 0x08, 4, kGetAndSet, {{{2, {0, 15, 1, 6}}}}},           // sharpness
         {kPu, 0x0A, 6, kGetAndSet, {{{2, {2800, 6500, 10, 4600}}}}},  // white-balance-temp, kelvin
-        {kPu, 0x0B, 12, kGetAndSet, {{{1, {0, 1, 1, 1}}}}},           // auto-white-balance-temp
+        {kPu, kWhiteBalanceTempSelector, 12, kGetAndSet, {{{1, {0, 1, 1, 1}}}}},  // auto-white-balance-temp
+        {kPu,
+         kWhiteBalanceComponentSelector,
+         13,
+         kGetAndSet,
+         {{{1, {0, 1, 1, 1}}}}},  // auto-white-balance-component
     }};
 }
 
@@ -52,7 +63,12 @@ std::uint8_t unitId(const CameraOptions &options, const Control &control) {
 }
 
 bool hasControl(const CameraOptions &options, const Control &control) {
-    if (control.unit != kCameraTerminal) return true;
+    if (control.unit != kCameraTerminal) {
+        if (control.selector == kWhiteBalanceTempSelector) return options.hasAutoWhiteBalanceTemp;
+        if (control.selector == kWhiteBalanceComponentSelector) return options.hasAutoWhiteBalanceComponent;
+        return true;
+    }
+    if (control.selector == kExposureModeSelector) return options.hasExposureMode;
     if (control.selector == kPanTiltAbsoluteSelector) return options.hasPanTiltAbs;
     if (control.selector == kZoomAbsoluteSelector) return options.hasZoomAbs;
     return true;

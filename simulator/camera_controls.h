@@ -39,7 +39,7 @@ struct Control {
     [[nodiscard]] std::size_t size() const { return std::size_t{fields[0].bytes} + fields[1].bytes; }
 };
 
-inline constexpr std::size_t kControlCount = 12;
+inline constexpr std::size_t kControlCount = 14;
 
 /// The whole table of a model, whether or not a camera's options leave something out.
 [[nodiscard]] std::array<Control, kControlCount> allControls(const model::Record &record);

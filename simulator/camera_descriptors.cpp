@@ -278,8 +278,9 @@ Bytes buildConfigurationDescriptor(const CameraOptions &options) {
         append(bytes, idleInterface(number));
     append(bytes, interfaceAssociation(options));
     append(bytes, interfaceDescriptor(options.videoControlInterface, kVideoControlSubclass, kProductString));
+    if (options.isMisplaced) append(bytes, statusEndpoint());
     append(bytes, buildVideoControlDescriptors(options));
-    append(bytes, statusEndpoint());
+    if (!options.isMisplaced) append(bytes, statusEndpoint());
     append(bytes, videoStreaming(options));
 
     constexpr std::size_t kTotalLengthOffset = 2;

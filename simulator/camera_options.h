@@ -25,12 +25,16 @@ struct CameraOptions {
     std::string productName = simulatedName(record);
     bool hasPanTiltAbs = true;
     bool hasZoomAbs = true;
+    bool hasExposureMode = false;  ///< auto-exposure-mode: manual and aperture priority
+    bool hasAutoWhiteBalanceTemp = true;
+    bool hasAutoWhiteBalanceComponent = false;
 
     // Real cameras differ in these, though a host easily takes them for granted.
     std::uint8_t cameraTerminalId = 1;
     std::uint8_t processingUnitId = 2;
     std::uint8_t videoControlInterface = 0;  ///< no driver takes the interfaces below it
     bool hasHeader = true;                   ///< the VideoControl header descriptor
+    bool isMisplaced = false;                ///< VideoControl's class descriptors stand behind its endpoint
 
     // Faults: CameraModel breaks the requests by them. An order is a request that moves the camera.
     std::set<RequestKey> refused;              ///< stalled although the camera has the control

@@ -57,6 +57,14 @@ constexpr std::array kFaults{
     Fault{"swapped-ids",
           [](CameraOptions &options) { std::swap(options.cameraTerminalId, options.processingUnitId); }},
     Fault{"interface", [](CameraOptions &options) { options.videoControlInterface = 1; }},
+    Fault{"exposure", [](CameraOptions &options) { options.hasExposureMode = true; }},
+    Fault{"wb-both", [](CameraOptions &options) { options.hasAutoWhiteBalanceComponent = true; }},
+    Fault{"wb-component",
+          [](CameraOptions &options) {
+              options.hasAutoWhiteBalanceComponent = true;
+              options.hasAutoWhiteBalanceTemp = false;
+          }},
+    Fault{"misplaced", [](CameraOptions &options) { options.isMisplaced = true; }},
     Fault{"no-header", [](CameraOptions &options) { options.hasHeader = false; }},
 };
 
