@@ -72,7 +72,7 @@ double ConvertPan_MacToWin(double Value) {
     return Value < 0 ? scaled * windowsMinPan / minPan : scaled * windowsMaxPan / maxPan;
 }
 
-PositionDictionary ZEL_GetPanTiltPosition() {
+ptz::PositionDictionary ZEL_GetPanTiltPosition() {
     if (DemoMode) return {{"Pan_Value", 0}, {"Tilt_Value", 0}};
 
     const auto answer = getPanTiltPosition();
@@ -84,7 +84,7 @@ PositionDictionary ZEL_GetPanTiltPosition() {
             {"Tilt_Value", toNearestInteger(ConvertPan_MacToWin(static_cast<double>(raw[1])))}};
 }
 
-PositionDictionary ZEL_GetZoomPosition() {
+ptz::PositionDictionary ZEL_GetZoomPosition() {
     if (DemoMode) return {{"Zoom_Value", 0}};
 
     const auto answer = getZoomPosition();
@@ -110,24 +110,24 @@ void ZoomMove(std::int64_t avance) {
     if (!setZoomPosition(static_cast<std::int32_t>(zoom))) CameraErrorDialog();
 }
 
-void moveCameraBy(std::int64_t panStep, std::int64_t tiltStep) {
+void ptz::moveCameraBy(std::int64_t panStep, std::int64_t tiltStep) {
     const auto position = ZEL_GetPanTiltPosition();
     ZEL_SetPanTiltPosition(platform::checkedAdd(platform::valueFor(position, "Pan_Value"), panStep),
                            platform::checkedAdd(platform::valueFor(position, "Tilt_Value"), tiltStep));
 }
 
 void Mover_Izquierda() {
-    moveCameraBy(-1, 0);
+    ptz::moveCameraBy(-1, 0);
 }
 
 void Mover_Derecha() {
-    moveCameraBy(1, 0);
+    ptz::moveCameraBy(1, 0);
 }
 
 void Mover_Arriba() {
-    moveCameraBy(0, 1);
+    ptz::moveCameraBy(0, 1);
 }
 
 void Mover_Abajo() {
-    moveCameraBy(0, -1);
+    ptz::moveCameraBy(0, -1);
 }

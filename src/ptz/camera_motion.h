@@ -31,8 +31,16 @@ inline constexpr std::int64_t AvanceRapidoPan = 8;
 inline constexpr std::int64_t AvanceRapidoTilt = 5;
 inline constexpr std::int64_t AvanceRapidoZoom = 40;
 
+namespace ptz {
+
 /// "Pan_Value" and "Tilt_Value" in display units, or "Zoom_Value" in raw units.
 using PositionDictionary = std::map<std::string, std::int64_t, std::less<>>;
+
+/// Moves by whole display units from where the camera points. Nothing is clamped here; a sum that overflows
+/// is a fatal stop.
+void moveCameraBy(std::int64_t panStep, std::int64_t tiltStep);
+
+}  // namespace ptz
 
 /// Raw pan units to display units, unrounded.
 [[nodiscard]] double ConvertPan_MacToWin(double Value);
@@ -40,10 +48,10 @@ using PositionDictionary = std::map<std::string, std::int64_t, std::less<>>;
 /// Where the camera points: "Pan_Value" and "Tilt_Value", rounded, halves away from zero. A tilt that was set
 /// reads back about 3 % larger, because setting multiplies by TiltStep and reading divides by PanStep: stored
 /// scenes depend on it, so it stays.
-[[nodiscard]] PositionDictionary ZEL_GetPanTiltPosition();
+[[nodiscard]] ptz::PositionDictionary ZEL_GetPanTiltPosition();
 
 /// "Zoom_Value" as the camera gives it.
-[[nodiscard]] PositionDictionary ZEL_GetZoomPosition();
+[[nodiscard]] ptz::PositionDictionary ZEL_GetZoomPosition();
 
 /// Moves to a position in display units. Nothing is clamped here: the camera limits the movement. A position
 /// whose raw value does not fit 32 bits is a fatal stop.
@@ -53,10 +61,6 @@ void ZEL_SetPanTiltPosition(std::int64_t Pan, std::int64_t Tilt);
 /// the number wraps to 16 bits, see setZoomPosition(): this is wanted. A zoom above the signed 32-bit range
 /// is a fatal stop.
 void ZoomMove(std::int64_t avance);
-
-/// Moves by whole display units from where the camera points. Nothing is clamped here; a sum that overflows
-/// is a fatal stop.
-void moveCameraBy(std::int64_t panStep, std::int64_t tiltStep);
 
 /// The menu's moves: one display unit, finer than the window's buttons. Those of the zoom belong to the
 /// window's state (ContentView).

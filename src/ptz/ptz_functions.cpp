@@ -36,12 +36,12 @@ std::optional<std::string> readValue(const char *name) {
     if (!camera) return std::nullopt;
 
     const auto control = controlOf(*camera, name);
-    if (!control) return kUnreadablePosition;
+    if (!control) return ptz::kUnreadablePosition;
 
     const auto value = control->currentValue();
     if (!value) {
         std::fprintf(stderr, "ERROR:  unable to read value of control: %s\n", name);
-        return kUnreadablePosition;
+        return ptz::kUnreadablePosition;
     }
     return value->stringValue();
 }
@@ -107,7 +107,7 @@ PanTiltText cutPanTilt(std::string_view text, std::size_t panPrefix) {
 
 std::optional<std::string> getPanTiltPosition() {
     auto text = readValue(UVCTerminalControlPanTiltAbsolute);
-    if (!text || *text == kUnreadablePosition) return text;
+    if (!text || *text == ptz::kUnreadablePosition) return text;
 
     const PanTiltText position = cutPanTilt(*text, std::string_view("{pan=").size());
     return position.pan + "," + position.tilt;
@@ -137,11 +137,11 @@ std::optional<std::string> getPanTiltData() {
     const PanTiltText minimum = cutPanTilt(behind(*summary, "minimum: {"), kPanPrefix);
     // One character too many, on purpose: see the header.
     const PanTiltText maximum = cutPanTilt(behind(*summary, "maximum: {"), kPanPrefix + 1);
-    const PanTiltText step = cutPanTilt(behind(*summary, "step-size: {"), kPanPrefix);
-    const PanTiltText standard = cutPanTilt(behind(*summary, "default-value: {"), kPanPrefix);
+    const PanTiltText resolution = cutPanTilt(behind(*summary, "step-size: {"), kPanPrefix);
+    const PanTiltText defaults = cutPanTilt(behind(*summary, "default-value: {"), kPanPrefix);
 
-    return minimum.pan + "," + maximum.pan + "," + step.pan + "," + standard.pan + "," + minimum.tilt + "," +
-           maximum.tilt + "," + step.tilt + "," + standard.tilt;
+    return minimum.pan + "," + maximum.pan + "," + resolution.pan + "," + defaults.pan + "," + minimum.tilt +
+           "," + maximum.tilt + "," + resolution.tilt + "," + defaults.tilt;
 }
 
 std::optional<std::string> getZoomData() {

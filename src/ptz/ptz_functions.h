@@ -16,8 +16,12 @@
 ///
 /// Reading functions answer nothing when no supported camera is present.
 
+namespace ptz {
+
 /// What the reading functions answer when the camera is there but its control is missing or cannot be read.
 inline constexpr char kUnreadablePosition[] = "AAAAAAAAA";
+
+}  // namespace ptz
 
 /// "PAN,TILT" as two decimal integers, e.g. "-360,0".
 [[nodiscard]] std::optional<std::string> getPanTiltPosition();

@@ -150,13 +150,13 @@ QWidget *ContentWidget::makeLeftColumn() {
         return button;
     };
     auto *up = nudge(u"Arriba"_s, "buttonArriba", u"Mueve la cámara un paso hacia arriba"_s,
-                     [] { moveCameraBy(0, AvanceRapidoTilt); });
+                     [] { ptz::moveCameraBy(0, AvanceRapidoTilt); });
     auto *left = nudge(u"Izquierda"_s, "buttonIzquierda", u"Mueve la cámara un paso a la izquierda"_s,
-                       [] { moveCameraBy(-AvanceRapidoPan, 0); });
+                       [] { ptz::moveCameraBy(-AvanceRapidoPan, 0); });
     auto *right = nudge(u"Derecha"_s, "buttonDerecha", u"Mueve la cámara un paso a la derecha"_s,
-                        [] { moveCameraBy(AvanceRapidoPan, 0); });
+                        [] { ptz::moveCameraBy(AvanceRapidoPan, 0); });
     auto *down = nudge(u"Abajo"_s, "buttonAbajo", u"Mueve la cámara un paso hacia abajo"_s,
-                       [] { moveCameraBy(0, -AvanceRapidoTilt); });
+                       [] { ptz::moveCameraBy(0, -AvanceRapidoTilt); });
     auto *zoomIn = nudge(u"Acercar"_s, "buttonAcercar", u"Acerca la imagen un paso"_s,
                          [this] { view_.ZoomMove(AvanceRapidoZoom); });
     auto *zoomOut = nudge(u"Alejar"_s, "buttonAlejar", u"Aleja la imagen un paso"_s,

@@ -48,7 +48,7 @@ constexpr char kOutside[] = "648000,360000";
 
 const Answers kHealthy{true, true, "36000,-18000", "300", kPanTiltRange, kZoomRange};
 /// The camera is there, its controls are not.
-const Answers kNoControls{false, false, kUnreadablePosition, kUnreadablePosition, {}, {}};
+const Answers kNoControls{false, false, ptz::kUnreadablePosition, ptz::kUnreadablePosition, {}, {}};
 const Answers kNoCamera{false, false, {}, {}, {}, {}};
 const Answers kSetRefused{false, false, "0,0", "0", kPanTiltRange, kZoomRange};
 const Answers kNoRange{true, true, "36000,-18000", "300", ",,3600,0,,,3600,0", ",,1,0"};
@@ -57,7 +57,7 @@ const Answers kNoDefault{true,       true, "36000,-18000", "300", "-612000,12000
                          "0,1000,1,"};
 const Answers kStepZero{true,        true, "36000,-18000", "300", "-612000,12000,0,0,-108000,324000,0,0",
                         "0,1000,0,0"};
-const Answers kNoZoom{true, false, "36000,-18000", kUnreadablePosition, kPanTiltRange, {}};
+const Answers kNoZoom{true, false, "36000,-18000", ptz::kUnreadablePosition, kPanTiltRange, {}};
 const Answers kAlwaysOutside{true, true, kOutside, "1010", kPanTiltRange, kZoomRange};
 
 /// Through libusb, only what the camera does not answer is missing. The driver is stricter about ranges: a
@@ -72,19 +72,19 @@ const FaultRow kFaults[] = {
     {"get-def", kNoControls, kNoDefault},
     // Pan and tilt are halves of one control, which the driver reads before it writes. The zoom is whole.
     {"get-cur",
-     {false, true, kUnreadablePosition, kUnreadablePosition, kPanTiltRange, kZoomRange},
-     {true, true, kUnreadablePosition, kUnreadablePosition, kPanTiltRange, kZoomRange}},
+     {false, true, ptz::kUnreadablePosition, ptz::kUnreadablePosition, kPanTiltRange, kZoomRange},
+     {true, true, ptz::kUnreadablePosition, ptz::kUnreadablePosition, kPanTiltRange, kZoomRange}},
     {"set-cur", kSetRefused, kSetRefused},
     {"not-ready", kSetRefused, kSetRefused},
     {"slow", kHealthy, kHealthy},
     // The driver has read the range of pan and tilt before the order at which the camera hangs.
     {"hang",
-     {false, false, kUnreadablePosition, kUnreadablePosition, kPanTiltRange, {}},
+     {false, false, ptz::kUnreadablePosition, ptz::kUnreadablePosition, kPanTiltRange, {}},
      kNoControls,
      seconds(8)},
     {"short",
      {true, true, "36000,0", "232", "-612000,12000,3600,0,0,0,0,0", "0,232,1,0"},
-     {true, true, kUnreadablePosition, kUnreadablePosition, ",,,,,,,", ",,,"}},
+     {true, true, ptz::kUnreadablePosition, ptz::kUnreadablePosition, ",,,,,,,", ",,,"}},
     {"outside", kAlwaysOutside, kAlwaysOutside},
     {"res-0", kStepZero, kStepZero},
     // Which end it is depends on who clamps last.
@@ -95,7 +95,7 @@ const FaultRow kFaults[] = {
     // Requests name terminal 1 and unit 2; the driver replaces them by the camera's own ids.
     {"ids", kHealthy, kNoControls},
     // The zoom's requests reach the control with the zoom's selector in the other unit.
-    {"swapped-ids", kHealthy, {false, false, kUnreadablePosition, kUnreadablePosition, {}, ",,,"}},
+    {"swapped-ids", kHealthy, {false, false, ptz::kUnreadablePosition, ptz::kUnreadablePosition, {}, ",,,"}},
     {"interface", kHealthy, kHealthy},
     {"no-header", kNoCamera, kNoCamera},
 };

@@ -24,7 +24,7 @@ constexpr int kSomethingMoved = 1;
     useProductRegistry();
     const bool moved = setPanTiltPosition(3600, 3600) || setZoomPosition(5) || setPanTiltPosition(0, 0);
     const auto position = getPanTiltPosition();
-    std::_Exit(!moved && position == kUnreadablePosition ? kNobodyMoves : kSomethingMoved);
+    std::_Exit(!moved && position == ptz::kUnreadablePosition ? kNobodyMoves : kSomethingMoved);
 }
 
 /// `text` stands so many times in what was written.

@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <limits>
 
+#include "platform/services.h"
 #include "ptz/ptz_functions.h"
-#include "support/answered_alerts.h"
 #include "support/simulated_camera.h"
 
 namespace {
@@ -30,17 +30,9 @@ CameraOptions cameraRefusing(std::uint8_t selector, std::uint8_t request) {
     return options;
 }
 
-PositionDictionary panTilt(std::int64_t pan, std::int64_t tilt) {
+ptz::PositionDictionary panTilt(std::int64_t pan, std::int64_t tilt) {
     return {{"Pan_Value", pan}, {"Tilt_Value", tilt}};
 }
-
-class CameraMotion : public testing::Test {
- protected:
-    CameraMotion() { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
-    ~CameraMotion() override { DemoMode = false; }
-
-    support::AnsweredAlerts alerts_;
-};
 
 /// Writes what it would show to standard error, which a death test can see.
 struct SpokenAlerts : platform::Alerts {
@@ -51,46 +43,39 @@ struct SpokenAlerts : platform::Alerts {
     }
 };
 
-void speakAlerts() {
-    auto services = platform::services();
-    services.alerts = std::make_shared<SpokenAlerts>();
-    platform::installServices(services);
-}
+class CameraMotion : public testing::Test {
+ protected:
+    CameraMotion() {
+        testing::FLAGS_gtest_death_test_style = "threadsafe";
+        auto services = platform::services();
+        services.alerts = std::make_shared<SpokenAlerts>();
+        platform::installServices(services);
+    }
+    ~CameraMotion() override { DemoMode = false; }
+};
 
 constexpr char kFailureAlert[] =
-    "^Error en la comunicación con la cámara\\|No se detecta la cámara. La aplicación finalizará al pulsar "
-    "en "
+    "Error en la comunicación con la cámara\\|No se detecta la cámara. La aplicación finalizará al pulsar en "
     "aceptar\\|Aceptar$";
-constexpr char kRefusedThenAlert[] = "unable to write new value to control [a-z-]+\nError en la comunicación";
 
 using CameraMotionDeathTest = CameraMotion;
 
-TEST_F(CameraMotion, SetConvertsAndTruncatesTowardZero) {
+TEST_F(CameraMotion, SettingTruncatesTowardZeroAndReadingRoundsAndTakesTiltForPan) {
     SimulatedCamera bench(exactCamera());
     struct Row {
         std::int64_t pan, tilt;
         double rawPan, rawTilt;
+        std::int64_t readTilt;
     };
-    for (const Row &row : {Row{0, 0, 0, 0}, Row{8, 5, 28862, 18598}, Row{-8, -5, -28862, -18598},
-                           Row{1, 40, 3607, 148788}, Row{168, -29, 606112, -107871}}) {
+    for (const Row &row : {Row{0, 0, 0, 0, 0}, Row{8, 5, 28862, 18598, 5}, Row{-8, -5, -28862, -18598, -5},
+                           Row{1, 40, 3607, 148788, 41}, Row{168, -29, 606112, -107871, -30}}) {
         ZEL_SetPanTiltPosition(row.pan, row.tilt);
-        EXPECT_EQ(bench.camera->target().pan, row.rawPan) << row.pan;
-        EXPECT_EQ(bench.camera->target().tilt, row.rawTilt) << row.tilt;
+        EXPECT_EQ(bench.camera->target().pan, row.rawPan);
+        EXPECT_EQ(bench.camera->target().tilt, row.rawTilt);
+        EXPECT_EQ(ZEL_GetPanTiltPosition(), panTilt(row.pan, row.readTilt));
     }
-}
-
-TEST_F(CameraMotion, ReadConvertsBothAxesAlikeAndRoundsHalvesAwayFromZero) {
-    SimulatedCamera bench(exactCamera());
-    struct Row {
-        std::int32_t rawPan, rawTilt;
-        PositionDictionary display;
-    };
-    for (const Row &row :
-         {Row{0, 0, panTilt(0, 0)}, Row{3604, 1802, panTilt(1, 0)}, Row{-1806, -1802, panTilt(-1, 0)},
-          Row{28862, 18598, panTilt(8, 5)}, Row{-28862, 148788, panTilt(-8, 41)}}) {
-        ASSERT_TRUE(setPanTiltPosition(row.rawPan, row.rawTilt));
-        EXPECT_EQ(ZEL_GetPanTiltPosition(), row.display) << row.rawPan << "," << row.rawTilt;
-    }
+    ASSERT_TRUE(setPanTiltPosition(-1806, 1802));  // just beyond and just below half a unit
+    EXPECT_EQ(ZEL_GetPanTiltPosition(), panTilt(-1, 0));
 }
 
 TEST_F(CameraMotion, ZoomStepsStopAtZeroAndAreLimitedByTheCameraAbove) {
@@ -99,7 +84,7 @@ TEST_F(CameraMotion, ZoomStepsStopAtZeroAndAreLimitedByTheCameraAbove) {
     ZoomMove(-AvanceRapidoZoom);
     EXPECT_EQ(bench.camera->target().zoom, 0);
     ZoomMove(10);
-    EXPECT_EQ(ZEL_GetZoomPosition(), (PositionDictionary{{"Zoom_Value", 10}}));
+    EXPECT_EQ(ZEL_GetZoomPosition(), (ptz::PositionDictionary{{"Zoom_Value", 10}}));
     ASSERT_TRUE(setZoomPosition(990));
     ZoomMove(AvanceRapidoZoom);
     EXPECT_EQ(bench.camera->target().zoom, 1000);
@@ -109,43 +94,36 @@ TEST_F(CameraMotion, DemoModeLeavesTheCameraAlone) {
     SimulatedCamera bench;
     DemoMode = true;
     EXPECT_EQ(ZEL_GetPanTiltPosition(), panTilt(0, 0));
-    EXPECT_EQ(ZEL_GetZoomPosition(), (PositionDictionary{{"Zoom_Value", 0}}));
+    EXPECT_EQ(ZEL_GetZoomPosition(), (ptz::PositionDictionary{{"Zoom_Value", 0}}));
     ZEL_SetPanTiltPosition(std::numeric_limits<std::int64_t>::max(), 1);
-    moveCameraBy(8, 5);
+    ptz::moveCameraBy(8, 5);
     ZoomMove(40);
     EXPECT_TRUE(bench.camera->transfers().empty());
 }
 
-TEST_F(CameraMotionDeathTest, ACameraThatDoesNotAnswerEndsTheProgramWithTheDialog) {
-    const auto unplugged = [](void (*act)()) {
-        speakAlerts();
-        SimulatedCamera bench;
-        bench.bus->unplug(bench.camera);
-        act();
+TEST_F(CameraMotionDeathTest, ACameraThatFailsEndsTheProgramByTheDialogOrIfUnreadableWithoutIt) {
+    const auto act = [](const CameraOptions &options, void (*move)()) {
+        SimulatedCamera bench(options);
+        move();
     };
-    const auto refusing = [](std::uint8_t selector, void (*act)()) {
-        speakAlerts();
-        SimulatedCamera bench(cameraRefusing(selector, support::kSetCur));
-        act();
-    };
-    EXPECT_EXIT(unplugged([] { (void)ZEL_GetPanTiltPosition(); }), ExitedWithCode(0), kFailureAlert);
-    EXPECT_EXIT(unplugged([] { (void)ZEL_GetZoomPosition(); }), ExitedWithCode(0), kFailureAlert);
-    EXPECT_EXIT(unplugged([] { ZEL_SetPanTiltPosition(1, 1); }), ExitedWithCode(0), kFailureAlert);
-    EXPECT_EXIT(refusing(support::kPanTiltAbs, [] { moveCameraBy(1, 0); }), ExitedWithCode(0),
-                kRefusedThenAlert);
-    EXPECT_EXIT(refusing(support::kZoomAbs, [] { ZoomMove(1); }), ExitedWithCode(0), kRefusedThenAlert);
-}
+    CameraOptions foreign;
+    foreign.record.productId ^= 1;
+    EXPECT_EXIT(act(foreign, [] { (void)ZEL_GetPanTiltPosition(); }), ExitedWithCode(0), kFailureAlert);
+    EXPECT_EXIT(act(foreign, [] { (void)ZEL_GetZoomPosition(); }), ExitedWithCode(0), kFailureAlert);
+    EXPECT_EXIT(act(foreign, [] { ZEL_SetPanTiltPosition(1, 1); }), ExitedWithCode(0), kFailureAlert);
 
-TEST_F(CameraMotionDeathTest, APositionThatCannotBeReadIsAFatalStopWithoutTheDialog) {
-    const auto unreadable = [](std::uint8_t selector, void (*act)()) {
-        speakAlerts();
-        SimulatedCamera bench(cameraRefusing(selector, support::kGetCur));
-        act();
-    };
-    EXPECT_EXIT(unreadable(support::kPanTiltAbs, [] { (void)ZEL_GetPanTiltPosition(); }),
-                KilledBySignal(SIGABRT), "^ERROR:  unable to read value of control: [a-z-]+\n$");
-    EXPECT_EXIT(unreadable(support::kZoomAbs, [] { (void)ZEL_GetZoomPosition(); }), KilledBySignal(SIGABRT),
-                "^ERROR:  unable to read value of control: [a-z-]+\n$");
+    const std::string refused = std::string("unable to write new value to control [a-z-]+\n") + kFailureAlert;
+    EXPECT_EXIT(act(cameraRefusing(support::kPanTiltAbs, support::kSetCur), [] { ptz::moveCameraBy(1, 0); }),
+                ExitedWithCode(0), refused);
+    EXPECT_EXIT(act(cameraRefusing(support::kZoomAbs, support::kSetCur), [] { ZoomMove(1); }),
+                ExitedWithCode(0), refused);
+
+    const char unreadable[] = "^ERROR:  unable to read value of control: [a-z-]+\n$";
+    EXPECT_EXIT(
+        act(cameraRefusing(support::kPanTiltAbs, support::kGetCur), [] { (void)ZEL_GetPanTiltPosition(); }),
+        KilledBySignal(SIGABRT), unreadable);
+    EXPECT_EXIT(act(cameraRefusing(support::kZoomAbs, support::kGetCur), [] { ZoomMove(1); }),
+                KilledBySignal(SIGABRT), unreadable);
 }
 
 TEST_F(CameraMotionDeathTest, NumbersBeyondTheCamerasRangeAreFatalAndThoseJustWithinAreSent) {
