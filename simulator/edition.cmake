@@ -1,6 +1,6 @@
 # The simulated edition: the product's own window and store code on a camera inside the program.
-zel_library(simulator_store SOURCES edition/sample_store.cpp edition/sample_store.h LINKS scenes)
+zel_library(simulator_store SOURCES edition/sample_store.cpp edition/sample_store.h USES scenes)
 
 zel_program(zelvoria-camara-simulada
     SOURCES edition/main.cpp edition/preview_placement.cpp edition/preview_placement.h
-    LINKS app simulator simulator_preview simulator_store)
+    LINKS app platform platform_qt product simulator simulator_preview simulator_store uvc)

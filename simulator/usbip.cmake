@@ -13,8 +13,9 @@ zel_library(simulator_usbip
         usbip/transfer_log.cpp
         usbip/video_stream.cpp
         usbip/virtual_camera.cpp
-    LINKS simulator)
-zel_library(simulator_usbip_picture SOURCES usbip/room_picture.cpp LINKS simulator_preview)
+    LINKS simulator usb)
+zel_library(simulator_usbip_picture SOURCES usbip/room_picture.cpp LINKS simulator Qt6::Gui
+    USES simulator_preview)
 
 zel_program(zelvoria-camara-virtual
     SOURCES usbip/main.cpp

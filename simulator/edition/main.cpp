@@ -10,7 +10,7 @@
 
 #include "app/app_delegate.h"
 #include "app/main_window.h"
-#include "app/product.h"
+#include "product/product.h"
 #include "platform/qt/desktop.h"
 #include "platform/qt/single_instance.h"
 #include "platform/qt/window_order.h"

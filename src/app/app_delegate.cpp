@@ -4,7 +4,7 @@
 #include <tuple>
 
 #include "app/main_window.h"
-#include "app/product.h"
+#include "product/product.h"
 #include "app/scene_transfer.h"
 #include "platform/services.h"
 #include "ptz/camera_motion.h"

@@ -6,7 +6,7 @@
 #include <QVBoxLayout>
 
 #include "app/main_menu.h"
-#include "app/product.h"
+#include "product/product.h"
 #include "platform/qt/accessible_role.h"
 #include "platform/qt/window_order.h"
 

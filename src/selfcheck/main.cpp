@@ -2,7 +2,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "app/product.h"
+#include "product/product.h"
 #include "platform/qt/desktop.h"
 #include "selfcheck/check_window.h"
 #include "usb/system_registry.h"

@@ -2,7 +2,7 @@
 
 #include <set>
 
-#include "app/product.h"
+#include "product/product.h"
 #include "application_fixture.h"
 
 namespace {

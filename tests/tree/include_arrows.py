@@ -1,159 +1,95 @@
 #!/usr/bin/env python3
-"""Refuses an include against the arrows between the project's folders.
+"""Holds the tree and its picture to the arrows that the CMake lists give: which target may include which folders.
 
-    include_arrows.py ROOT              checks the tree under ROOT
-    include_arrows.py ROOT --self-test  checks that wrong includes are found, on copies of ROOT's rules
+    include_arrows.py ROOT ARROWS [--draw]      --draw writes docs/architecture.svg anew, with graphviz
+
+ARROWS has a target a line: its name, folder, files and links. A compiler finds no folder that was not linked, but it
+finds what comes with a link, and all of the system's headers.
 """
 
 import pathlib
 import re
+import subprocess
 import sys
-import tempfile
 
-# Folder -> what its files may include of the project, as path prefixes. The longest matching folder counts.
-ARROWS = {
-    "src/model": [],
-    "src/usb": ["usb/usb.h", "usb/interface_report.h", "usb/video_control_descriptors.h"],
-    "src/usb/libusb": ["usb/usb.h", "usb/libusb/"],
-    "src/usb/v4l2": ["usb/usb.h", "usb/video_control_descriptors.h", "usb/v4l2/"],
-    "src/usb/linux": ["usb/usb.h", "usb/interface_report.h", "usb/system_registry.h", "usb/linux/", "usb/libusb/", "usb/v4l2/"],
-    "src/uvc": ["uvc/", "usb/usb.h", "usb/video_control_descriptors.h"],
-    "src/platform": ["platform/"],
-    "src/ptz": ["ptz/", "model/", "uvc/", "platform/"],
-    "src/scenes": ["scenes/", "platform/"],
-    "src/ui": ["ui/", "ptz/", "scenes/", "platform/"],
-    "src/app": ["app/", "ui/", "ptz/", "scenes/", "platform/"],
-    "src/selfcheck": [
-        "selfcheck/",
-        "model/",
-        "ptz/supported_camera.h",
-        "uvc/",
-        "usb/usb.h",
-        "usb/interface_report.h",
-        "scenes/",
-        "platform/",
-        "app/product.h",
-    ],
-    "simulator": ["simulator/", "model/", "usb/usb.h"],
-    "simulator/edition": ["simulator/", "app/", "scenes/", "platform/", "uvc/uvc_controller.h"],
-}
-
-# The entry points choose the backends, and nobody else does.
-ENTRY_POINTS = {
-    "src/app/main.cpp": ["usb/system_registry.h", "uvc/uvc_controller.h"],
-    "src/selfcheck/main.cpp": ["usb/system_registry.h"],
-}
-
-# Headers from outside -> the folders that may include them.
-OUTSIDE = [
-    (r"libusb", ["src/usb/libusb"]),
-    (r"linux/videodev2\.h|sys/ioctl\.h", ["src/usb/v4l2"]),
-    (r"openssl/", ["src/scenes"]),
-    (r"nlohmann/", ["src/scenes"]),
-    (
-        r"Q[A-Z]\w*",
-        ["src/platform/qt", "src/scenes", "src/ui", "src/app", "src/selfcheck"]
-        + ["simulator/preview", "simulator/edition", "simulator/usbip"],
-    ),
-]
-
-# The window's state, what the buttons do and what a check finds are tested without widgets, and know none.
-WITHOUT_WIDGETS = re.compile(
-    r"src/ui/(content_view|scene_actions|modal_prompts|observable)\.(h|cpp)"
-    r"|src/selfcheck/(\w*findings|examination|facts|report_text|order_trial|field_values|steps|watched_device)\.(h|cpp)"
-)
-
+# Headers of the system -> the one folder that may include them.
+OUTSIDE = {r"libusb": "src/usb/libusb", r"linux/videodev2|sys/ioctl": "src/usb/v4l2", r"openssl|nlohmann": "src/scenes"}
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
+ARROW = re.compile(r"<title>(\w+)&#45;&gt;(\w+)</title>\n<path[^>]*?(stroke-dasharray[^>]*)?/>")
+WRONG = {  # and therefore found, before the tree is believed
+    "src/ptz/a.cpp": '#include "usb/usb.h"\n',
+    "src/scenes/a.cpp": "  #  include <libusb-1.0/libusb.h>\n",
+    "src/ui/content_view.cpp": '#include "platform/qt/qt_alerts.h"\n',
+    "src/app/a.cpp": '#include "usb/system_registry.h"\n',
+    "src/new/a.cpp": "",
+}
 
 
-def longest_folder(path, folders):
-    matching = [folder for folder in folders if path.startswith(folder + "/")]
-    return max(matching, key=len, default=None)
+class Target:
+    def __init__(self, line, folders):
+        _, self.folder, files, links = line.split("|")
+        self.files = {pathlib.Path(file).name for file in files.split(";")}
+        self.sees = {folders[name] for name in links.split(";") if name in folders}
+        self.chooses = "main.cpp" in self.files
 
 
-def faults_of(path, text):
-    folder = longest_folder(path, ARROWS)
-    if folder is None:
-        return [f"{path}: a folder that no arrow is known of"]
-    faults = []
+def node_of(folder):
+    return "edition" if folder == "simulator/edition" else folder.removeprefix("src/").split("/")[0]
+
+
+def included_folders(text):
+    names = [name for bracket, name in INCLUDE.findall(text) if bracket == '"']
+    return {(name if name.startswith("simulator/") else "src/" + name).rsplit("/", 1)[0] for name in names}
+
+
+def faults_of(path, text, targets):
+    folder, file = path.rsplit("/", 1)
+    here = [target for target in targets if target.folder == folder]
+    # A file that no list names, a header say, is the libraries'.
+    owners = [target for target in here if file in target.files] or [target for target in here if not target.chooses]
+    seen = {folder}.union(*(target.sees for target in owners))
+    faults = [f"{path}: includes of {to}, which it does not link" for to in included_folders(text) - seen]
     for bracket, name in INCLUDE.findall(text):
-        if bracket == '"':
-            allowed = ARROWS[folder] + ENTRY_POINTS.get(path, [])
-            if not any(name.startswith(prefix) for prefix in allowed):
-                faults.append(f'{path}: includes "{name}" against the arrows of {folder}')
-            continue
-        for pattern, folders in OUTSIDE:
-            if re.fullmatch(pattern + r".*", name) and longest_folder(path, folders) is None:
-                faults.append(f"{path}: <{name}> belongs to {', '.join(folders)}")
-        if WITHOUT_WIDGETS.fullmatch(path) and re.match(r"Q[A-Z]", name):
-            faults.append(f"{path}: <{name}> in a file that must do without Qt")
-    return faults
+        owner = next((owner for pattern, owner in OUTSIDE.items() if re.match(pattern, name)), folder)
+        faults += [f"{path}: <{name}> belongs to {owner}"] if bracket == "<" and owner != folder else []
+    return faults if owners else [f"{path}: of no target"]
 
 
-def node_of(path):
-    """The name in the picture of a folder, or of what an include names."""
-    if path.startswith("simulator"):
-        return "edition" if path.startswith("simulator/edition") else "simulator"
-    return path.removeprefix("src/").split("/")[0]
+def arrows_of(targets):
+    """(start, end, dashed): only a main.cpp, which chooses what its program is made of, has a dashed one."""
+    pairs = {}
+    for target in targets:
+        for pair in {(node_of(target.folder), node_of(to)) for to in target.sees}:
+            pairs[pair] = pairs.get(pair, True) and target.chooses
+    return {(start, end, dashed) for (start, end), dashed in pairs.items() if start != end}
 
 
-def picture_faults(picture):
-    drawn = set(re.findall(r"<title>(\w+)&#45;&gt;(\w+)</title>", picture))
-    allowed = {
-        (node_of(path), node_of(name))
-        for path, names in (ARROWS | ENTRY_POINTS).items()
-        for name in names
-        if node_of(path) != node_of(name)
-    }
-    return [f"docs/architecture.svg: {start} -> {end} is missing or wrong" for start, end in drawn ^ allowed]
-
-
-def check(root):
-    faults, files = [], 0
-    for top in ("src", "simulator"):
-        for file in sorted((root / top).rglob("*")):
-            if file.suffix in (".h", ".cpp"):
-                files += 1
-                faults += faults_of(file.relative_to(root).as_posix(), file.read_text(encoding="utf-8"))
-    return faults, files
-
-
-def self_test():
-    wrong = {
-        "src/uvc/a.h": '#include "usb/libusb/libusb_registry.h"\n',
-        "src/uvc/b.cpp": "#include <QString>\n",
-        "src/ptz/a.cpp": '#include "scenes/scene_tree.h"\n',
-        "src/scenes/a.cpp": "  #  include <libusb-1.0/libusb.h>\n",
-        "src/ui/a.cpp": '#include "uvc/uvc_controller.h"\n',
-        "src/ui/content_view.h": "#include <QWidget>\n",
-        "src/app/a.cpp": '#include "usb/libusb/libusb_registry.h"\n',
-        "src/selfcheck/a.cpp": '#include "usb/linux/linux_registry.h"\n',
-        "src/selfcheck/store_findings.cpp": "#include <QString>\n",
-        "src/new/a.cpp": "",
-        "simulator/a.cpp": '#include "app/app_delegate.h"\n',
-    }
-    with tempfile.TemporaryDirectory() as folder:
-        root = pathlib.Path(folder)
-        for path, text in wrong.items():
-            (root / path).parent.mkdir(parents=True, exist_ok=True)
-            (root / path).write_text(text)
-        faults, _ = check(root)
-        missed = [] if picture_faults("") else ["docs/architecture.svg"]
-        missed += [path for path in wrong if not any(fault.startswith(path + ":") for fault in faults)]
-    return [f"a wrong include was not found in {path}" for path in missed]
+def faults_of_tree(root, targets, picture):
+    faults, used = [], set()
+    for file in (file for top in ("src", "simulator") for file in sorted((root / top).rglob("*.*"))):
+        if file.suffix in (".h", ".cpp"):
+            path, text = file.relative_to(root).as_posix(), file.read_text(encoding="utf-8")
+            faults += faults_of(path, text, targets)
+            used |= {(node_of(file.parent.relative_to(root).as_posix()), node_of(to)) for to in included_folders(text)}
+    arrows = arrows_of(targets)
+    drawn = {(start, end, bool(dashed)) for start, end, dashed in ARROW.findall(picture.read_text(encoding="utf-8"))}
+    faults += [f"{picture}: {start} -> {end} is missing or wrong" for start, end, _ in drawn ^ arrows]
+    return faults + [f"{start} links {end} for nothing" for start, end, _ in arrows if (start, end) not in used]
 
 
 def main():
     root = pathlib.Path(sys.argv[1])
-    faults = self_test() if "--self-test" in sys.argv else []
-    if not faults and "--self-test" not in sys.argv:
-        faults, files = check(root)
-        faults += picture_faults((root / "docs/architecture.svg").read_text(encoding="utf-8"))
-        if files == 0:
-            faults = [f"no source files under {root}"]
-    print("\n".join(faults))
-    return 1 if faults else 0
+    lines = pathlib.Path(sys.argv[2]).read_text().splitlines()
+    folders = dict(line.split("|")[:2] for line in lines)
+    targets = [Target(line, folders) for line in lines]
+    picture = root / "docs/architecture.svg"
+    if "--draw" in sys.argv:
+        edges = [f"{a} -> {b} [style={'dashed' if dash else 'solid'}]" for a, b, dash in sorted(arrows_of(targets))]
+        graph = (root / "docs/architecture.dot").read_text(encoding="utf-8").replace("// ARROWS", "\n".join(edges))
+        picture.write_bytes(subprocess.check_output(["dot", "-Tsvg"], input=graph.encode()))
+    faults = [f"not found: {path}" for path, text in WRONG.items() if not faults_of(path, text, targets)]
+    faults += faults_of_tree(root, targets, picture)
+    return "\n".join(faults)
 
 
-if __name__ == "__main__":
-    sys.exit(main())
+sys.exit(main() or 0)
