@@ -13,6 +13,21 @@ target_compile_options(zel_build_settings INTERFACE
     -Wnon-virtual-dtor -Woverloaded-virtual -ffp-contract=off
     $<$<BOOL:${ZEL_WARNINGS_AS_ERRORS}>:-Werror>)
 
+# zel_precompiled(NAME HEADERS ... LINKS ... [DEFINITIONS ...]): headers that are read once for all who use NAME's. They
+# are outside ones only, and a user must define whatever NAME defines. lint reads every file without them.
+function(zel_precompiled name)
+    cmake_parse_arguments(ARG "" "" "HEADERS;LINKS;DEFINITIONS" ${ARGN})
+    file(CONFIGURE OUTPUT ${name}.cpp CONTENT "")
+    add_library(${name} OBJECT "${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp")
+    target_compile_definitions(${name} PRIVATE ${ARG_DEFINITIONS})
+    target_link_libraries(${name} PRIVATE zel_build_settings ${ARG_LINKS})
+    target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
+    # Else clang refuses one from ccache, as older than what it was made of.
+    target_compile_options(${name} PRIVATE "$<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>")
+endfunction()
+
+set(ZEL_QT_DEFINITIONS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
+
 # LINKS: what the headers of a library include as well, so that its users see it too. USES: what only its other files
 # include. Both name every folder of the project that is included: tests/tree refuses what is there by chance.
 # MOC: the sources declare classes with Q_OBJECT. Looking for them everywhere would make a third of all build steps.
@@ -50,8 +65,11 @@ function(zel_library name)
     add_library(${name} STATIC ${ARG_SOURCES})
     set_target_properties(${name} PROPERTIES AUTOMOC "${ARG_MOC}")
     zel_show_headers(${name} PUBLIC "${ARG_SOURCES}" "${ARG_LINKS};${ARG_USES}")
-    target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
+    target_compile_definitions(${name} PRIVATE ${ZEL_QT_DEFINITIONS})
     target_link_libraries(${name} PRIVATE zel_build_settings ${ARG_USES} PUBLIC ${ARG_LINKS})
+    if("Qt6::Widgets" IN_LIST ARG_LINKS)
+        target_precompile_headers(${name} REUSE_FROM qt_headers)
+    endif()
 endfunction()
 
 # zel_configured_library(NAME FILE.h.in): a folder with one header, which takes values from the configuration.
@@ -83,5 +101,10 @@ function(zel_test name)
     endif()
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
     target_link_libraries(${name} PRIVATE zel_build_settings ${ARG_LINKS} ${ARG_MAIN_LIBRARY})
+    if(ARG_MAIN_LIBRARY STREQUAL "qt_test_main")
+        target_precompile_headers(${name} REUSE_FROM qt_test_headers)
+    elseif(TARGET test_headers AND ARG_MAIN_LIBRARY STREQUAL "GTest::gtest_main")
+        target_precompile_headers(${name} REUSE_FROM test_headers)
+    endif()
     gtest_discover_tests(${name} PROPERTIES TIMEOUT 120 DISCOVERY_TIMEOUT 60)
 endfunction()

@@ -72,6 +72,8 @@ build() {
     local preset=$1 log=build/$1-configure.log
     shift
     mkdir -p build
+    # What ccache must overlook to store what is compiled with precompiled headers.
+    export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS:-pch_defines,time_macros}
     cmake --preset "$preset" -DCMAKE_CXX_COMPILER_LAUNCHER="$(compiler_cache)" "$@" >"$log" 2>&1 || { cat "$log" >&2; return 1; }
     cmake --build --preset "$preset"
 }
