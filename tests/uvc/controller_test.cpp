@@ -44,28 +44,30 @@ class Discovery : public testing::Test {
     }
 };
 
-TEST_F(Discovery, NothingRatherThanAnEmptyList) {
+TEST_F(Discovery, KeepsTheRegistrysOrderAndSkipsOtherDevicesAndIsNeverAnEmptyList) {
+    const auto locations = [](const auto &controllers) {
+        std::vector<std::uint32_t> list;
+        for (const auto &controller : *controllers) list.push_back(controller->locationId());
+        return list;
+    };
     EXPECT_FALSE(UVCController::uvcControllers());
     UVCController::useDeviceRegistry(scripted::registry(std::nullopt));
     EXPECT_FALSE(UVCController::uvcControllers());
-    UVCController::useDeviceRegistry(scripted::registry({{scripted::device(keyboard())}}));
-    EXPECT_FALSE(UVCController::uvcControllers());
-
-    auto noHeader = camera();
+    const auto noHeader = camera();
     noHeader->descriptors = scripted::cameraTerminal({1});
-    UVCController::useDeviceRegistry(scripted::registry({{scripted::device(noHeader)}}));
+    UVCController::useDeviceRegistry(
+        scripted::registry({{scripted::device(keyboard()), scripted::device(noHeader)}}));
     EXPECT_FALSE(UVCController::uvcControllers());
-}
 
-TEST_F(Discovery, KeepsTheRegistrysOrderAndSkipsOtherDevices) {
     UVCController::useDeviceRegistry(scripted::registry(
         {{scripted::device(camera(), {1, 2, 30, "c"}), scripted::device(keyboard(), {1, 2, 20, "b"}),
-          scripted::device(camera(), {1, 2, 10, "a"})}}));
-    const auto controllers = UVCController::uvcControllers();
-    ASSERT_TRUE(controllers);
-    ASSERT_EQ(controllers->size(), 2u);
-    EXPECT_EQ((*controllers)[0]->locationId(), 30u);
-    EXPECT_EQ((*controllers)[1]->locationId(), 10u);
+          scripted::device(camera(), {1, 3, 10, "a"}), scripted::device(camera(), {{}, {}, {}, {}})}}));
+    EXPECT_EQ(locations(UVCController::uvcControllers()), (std::vector<std::uint32_t>{30, 10, 0xFFFFFFFF}));
+    const auto every = UVCController::uvcControllersWithIds([](auto, auto) { return true; });
+    EXPECT_EQ(locations(every), (std::vector<std::uint32_t>{30, 10})) << "unknown ids are nobody's";
+    EXPECT_EQ(locations(UVCController::uvcControllersWithIds(
+                  [](auto vendor, auto product) { return vendor == 1 && product == 3; })),
+              std::vector<std::uint32_t>{10});
 }
 
 TEST_F(Discovery, ByIdsTakesTheFirstMatchOnly) {
@@ -84,27 +86,20 @@ TEST_F(Discovery, ByIdsTakesTheFirstMatchOnly) {
     EXPECT_FALSE(UVCController::uvcControllerWithLocationId(0xFFFFFFFF));
 }
 
-TEST_F(Discovery, UnknownIdsAreAllOnes) {
-    const auto controller =
-        UVCController::uvcControllerWithService(scripted::device(camera(), {{}, {}, {}, {}}));
-    ASSERT_TRUE(controller);
-    EXPECT_EQ(controller->vendorId(), 0xFFFF);
-    EXPECT_EQ(controller->productId(), 0xFFFF);
-    EXPECT_EQ(controller->locationId(), 0xFFFFFFFF);
-    EXPECT_FALSE(controller->deviceName());
-}
-
-TEST(ControllerDescription, TellsIdsAndOpenState) {
-    Plugged plugged;
-    const auto tail = [&plugged] {
-        const std::string text = plugged.controller->description();
+TEST_F(Discovery, DescribesItselfAndUnknownIdsAsAllOnes) {
+    const auto tail = [](const UVCController &controller) {
+        const std::string text = controller.description();
         return text.substr(text.find(' '));
     };
-    EXPECT_EQ(tail(),
-              " { \"Sala\"; vendor-id=0x1234; product-id=0x56ab; location-id=0x01200000; uvc-version: 0x0110 "
-              "interface-index: 3 }");
+    const Plugged plugged;
     plugged.controller->setIsInterfaceOpen(true);
-    EXPECT_NE(tail().find("interface-index: 3 ; is-open }"), std::string::npos);
+    EXPECT_EQ(tail(*plugged.controller),
+              " { \"Sala\"; vendor-id=0x1234; product-id=0x56ab; location-id=0x01200000; uvc-version: 0x0110 "
+              "interface-index: 3 ; is-open }");
+    EXPECT_EQ(
+        tail(*UVCController::uvcControllerWithService(scripted::device(camera(), {{}, {}, {}, {}}))),
+        " { \"(null)\"; vendor-id=0xffff; product-id=0xffff; location-id=0xffffffff; uvc-version: 0x0110 "
+        "interface-index: 3 }");
 }
 
 std::vector<std::string> words(const std::string &text) {
@@ -184,32 +179,24 @@ TEST(Requests, FailureKeepsTheValueAndItsByteOrder) {
     EXPECT_EQ(plugged.script->setups.size(), 3u);
 }
 
-TEST(Requests, EachOpensAndClosesUnlessHeldOpen) {
+TEST(Requests, EachOpensAndClosesUnlessHeldOpenOrThePlatformRefuses) {
     Plugged plugged;
+    const auto &script = *plugged.script;
     std::uint32_t capabilities = 0;
     EXPECT_FALSE(plugged.controller->capabilities(capabilities, kZoomAbs));
-    EXPECT_EQ(plugged.script->opens, 1);
-    EXPECT_EQ(plugged.script->closes, 1);
-    EXPECT_FALSE(plugged.controller->isInterfaceOpen());
-
+    EXPECT_EQ(std::pair(script.opens, script.closes), std::pair(1, 1));
     plugged.controller->setIsInterfaceOpen(true);
     plugged.controller->setIsInterfaceOpen(true);
     EXPECT_FALSE(plugged.controller->capabilities(capabilities, kZoomAbs));
-    EXPECT_EQ(plugged.script->opens, 2);
-    EXPECT_EQ(plugged.script->closes, 1);
+    EXPECT_EQ(std::pair(script.opens, script.closes), std::pair(2, 1));
     plugged.controller->setIsInterfaceOpen(false);
-    EXPECT_EQ(plugged.script->closes, 2);
-}
+    EXPECT_EQ(script.closes, 2);
 
-TEST(Requests, OpenFlagChangesOnlyWhenThePlatformAgrees) {
-    Plugged plugged;
     plugged.script->answers = {{{0x0B, 0x86}, {3}}};
-    std::uint32_t capabilities = 0;
     plugged.script->openOutcome = usb::Outcome::busy;
     EXPECT_FALSE(plugged.controller->capabilities(capabilities, kZoomAbs));
-    EXPECT_TRUE(plugged.script->setups.empty());
+    EXPECT_EQ(script.setups.size(), 2u);
     EXPECT_FALSE(plugged.controller->isInterfaceOpen());
-
     plugged.script->openOutcome = usb::Outcome::done;
     plugged.script->closeOutcome = usb::Outcome::failed;
     EXPECT_TRUE(plugged.controller->capabilities(capabilities, kZoomAbs));  // the request itself was answered
@@ -241,13 +228,12 @@ TEST(ControllerLifetime, ControlKeepsTheDeviceAndTheLastUserClosesIt) {
     plugged.script->answers = {{{0x0B, 0x86}, {3}}, {{0x0B, 0x81}, {7, 0}}};
     auto control = plugged.controller->controlWithName("zoom-abs");
     plugged.controller->setIsInterfaceOpen(true);
+    const int closes = plugged.script->closes;
     plugged.controller.reset();
-    ASSERT_EQ(plugged.script->interfacesAlive, 1);
     EXPECT_EQ(control->currentValue()->stringValue(), "7");
-
+    EXPECT_EQ(plugged.script->closes, closes);
     control.reset();
-    EXPECT_EQ(plugged.script->interfacesAlive, 0);
-    EXPECT_FALSE(plugged.script->isOpen);
+    EXPECT_EQ(plugged.script->closes, closes + 1);
 }
 
 }  // namespace
