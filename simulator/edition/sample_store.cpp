@@ -5,6 +5,7 @@
 
 #include "scenes/scene_file.h"
 #include "scenes/scene_tree.h"
+#include "scenes/store_paths.h"
 
 namespace simulator {
 namespace {
@@ -48,7 +49,7 @@ std::vector<SampleRoom> sampleRooms() {
 }  // namespace
 
 void writeSampleStore() {
-    const SceneTree present = obtenerPresets();
+    const scenes::SceneTree present = obtenerPresets();
     if (present.size() > 1 || !present.begin()->second.empty()) return;
 
     for (const SampleRoom &room : sampleRooms()) {

@@ -16,15 +16,15 @@ bool isAscii(std::string_view name) {
     return std::all_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-enum class Case { AsWritten, Lowered };
+enum class Case { asWritten, lowered };
 
 /// What is compared, bytewise, in place of `name`.
 std::string sortKey(std::string_view name, Case letters) {
-    if ((letters == Case::AsWritten && isAscii(name)) || !isValidUtf8(name)) return std::string(name);
+    if ((letters == Case::asWritten && isAscii(name)) || !isValidUtf8(name)) return std::string(name);
     // Not QString::fromUtf8, which would drop a leading byte order mark and make two names one.
     QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
     QString text = decode(QByteArrayView(name.data(), static_cast<qsizetype>(name.size())));
-    if (letters == Case::Lowered) text = text.toLower();
+    if (letters == Case::lowered) text = text.toLower();
     return text.normalized(QString::NormalizationForm_C).toUtf8().toStdString();
 }
 
@@ -44,19 +44,19 @@ void stableSort(std::vector<std::string> &names, Case letters) {
 }  // namespace
 
 bool sameName(std::string_view a, std::string_view b) {
-    return a == b || sortKey(a, Case::AsWritten) == sortKey(b, Case::AsWritten);
+    return a == b || sortKey(a, Case::asWritten) == sortKey(b, Case::asWritten);
 }
 
 bool NameLess::operator()(const std::string &a, const std::string &b) const {
-    return sortKey(a, Case::AsWritten) < sortKey(b, Case::AsWritten);
+    return sortKey(a, Case::asWritten) < sortKey(b, Case::asWritten);
 }
 
 void sortCentreNames(std::vector<std::string> &names) {
-    stableSort(names, Case::AsWritten);
+    stableSort(names, Case::asWritten);
 }
 
 void sortRoomNames(std::vector<std::string> &names) {
-    stableSort(names, Case::Lowered);
+    stableSort(names, Case::lowered);
 }
 
 }  // namespace scenes

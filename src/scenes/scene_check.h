@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "scenes/scene_file.h"
+#include "scenes/scene_reading.h"
 
 /// Reads the whole store as loading does, but reports what would stop a program that loads it.
 namespace scenes {
@@ -14,8 +14,8 @@ struct CheckedFile {
     std::string centre;
     std::string room;
     std::string path;  ///< absolute
-    SceneFile::Outcome outcome = SceneFile::Outcome::Fatal;
-    int systemError = 0;     ///< with Outcome::Inaccessible
+    SceneFile::Outcome outcome = SceneFile::Outcome::fatal;
+    int systemError = 0;     ///< with Outcome::inaccessible
     std::size_t scenes = 0;  ///< how many it holds
     bool isHidden = false;   ///< another file's scenes are shown as those of this room
 };

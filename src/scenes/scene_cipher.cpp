@@ -29,7 +29,7 @@ std::array<std::uint8_t, 24> sceneKey() {
     return key;
 }
 
-enum class Direction { Decrypt = 0, Encrypt = 1 };
+enum class Direction { decrypt = 0, encrypt = 1 };
 
 /// Absent when OpenSSL refuses.
 Context openCipher(Direction direction) {
@@ -50,7 +50,7 @@ bool fitsTheCipher(std::size_t length) {
 
 std::optional<std::vector<std::uint8_t>> encryptBlocks(std::span<const std::uint8_t> plain) {
     if (!fitsTheCipher(plain.size())) return std::nullopt;
-    const Context context = openCipher(Direction::Encrypt);
+    const Context context = openCipher(Direction::encrypt);
     if (!context) return std::nullopt;
 
     std::vector<std::uint8_t> cipher((plain.size() + kBlock) / kBlock * kBlock);
@@ -71,7 +71,7 @@ std::vector<std::uint8_t> decryptBlocks(std::span<const std::uint8_t> cipher) {
     if (whole == 0 || !fitsTheCipher(whole)) return plain;
 
     // OpenSSL's own padding check is off: it would drop the last block of a file whose padding is damaged.
-    const Context context = openCipher(Direction::Decrypt);
+    const Context context = openCipher(Direction::decrypt);
     int written = 0;
     if (!context || EVP_CIPHER_CTX_set_padding(context.get(), 0) != 1 ||
         EVP_CipherUpdate(context.get(), plain.data(), &written, cipher.data(), static_cast<int>(whole)) !=

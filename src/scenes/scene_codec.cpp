@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "scenes/base64.h"
 #include "scenes/scene_json.h"
 #include "scenes/scene_layers.h"
 #include "scenes/utf8.h"
@@ -14,7 +15,7 @@ namespace {
 constexpr std::int64_t kSceneShift = 11;
 
 DecodedScenes unreadable(std::string error) {
-    return {DecodedScenes::Outcome::Unreadable, {}, std::move(error)};
+    return {DecodedScenes::Outcome::unreadable, {}, std::move(error)};
 }
 
 /// The first piece between "]" that is not empty, with its "]" again; "]" alone when there is none.
@@ -47,7 +48,7 @@ DecodedScenes decodeSceneText(std::string_view text) {
     std::string error;
     auto presets = presetsFromJson(upToFirstBracket(withoutNulls(repaired)), error);
     if (!presets) return unreadable(std::move(error));
-    return {DecodedScenes::Outcome::Read, *std::move(presets), {}};
+    return {DecodedScenes::Outcome::read, *std::move(presets), {}};
 }
 
 }  // namespace scenes

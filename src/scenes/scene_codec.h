@@ -16,11 +16,11 @@ namespace scenes {
 /// What the text of a scene file turned out to be.
 struct DecodedScenes {
     enum class Outcome {
-        Read,        ///< `presets` are the file's scenes
-        Unreadable,  ///< `error` says why, in one line
-        Fatal        ///< base64 text that does not decrypt to base64 text: a fatal stop
+        read,        ///< `presets` are the file's scenes
+        unreadable,  ///< `error` says why, in one line
+        fatal        ///< base64 text that does not decrypt to base64 text: a fatal stop
     };
-    Outcome outcome = Outcome::Fatal;
+    Outcome outcome = Outcome::fatal;
     std::vector<ManualPreset> presets;
     std::string error;
 };

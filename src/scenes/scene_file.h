@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -20,27 +19,3 @@ void PresetToFile(const std::string &Path, const std::vector<ManualPreset> &arra
 /// Documents folder the list is empty and nothing is printed. Base64 text that does not decrypt to base64
 /// text is a fatal stop; so most damaged files end the program.
 [[nodiscard]] std::vector<ManualPreset> FileToPreset(const std::string &Path);
-
-namespace scenes {
-
-/// One scene file as reading has found it.
-struct SceneFile {
-    enum class Outcome {
-        Read,          ///< `presets` are its scenes
-        Inaccessible,  ///< missing, or the system refuses; `systemError` (an errno) says why
-        NotAFile,      ///< a folder, a pipe, a device
-        TooLarge,      ///< more than 64 MiB
-        Empty,         ///< no bytes at all
-        NoScenes,      ///< its text is not that of a scene file, or a scene in it is incomplete
-        Fatal          ///< where FileToPreset() stops the program
-    };
-    Outcome outcome = Outcome::Fatal;
-    std::vector<ManualPreset> presets;
-    std::string error;  ///< one line, in English, for the diagnostics; empty when read or fatal
-    int systemError = 0;
-};
-
-/// Reads the scene file at `path` (not relative to Documents) and never stops the program.
-[[nodiscard]] SceneFile readSceneFile(const std::filesystem::path &path);
-
-}  // namespace scenes

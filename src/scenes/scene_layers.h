@@ -32,14 +32,3 @@
 /// leaves behind the plain text are among them. Returns how many bytes there are; those for which `out` has
 /// no room are counted and not written. Never fails: damaged or foreign text gives meaningless bytes.
 [[nodiscard]] std::size_t String_decrypt(std::string_view text, std::span<std::uint8_t> out);
-
-namespace scenes {
-
-/// Standard alphabet with padding, no line breaks (RFC 4648, section 4).
-[[nodiscard]] std::string base64Encode(std::string_view bytes);
-
-/// The bytes of base64 text, every byte outside the alphabet skipped. Nothing when a letter follows a padding
-/// sign or letters and padding signs do not fill up groups of four.
-[[nodiscard]] std::optional<std::vector<std::uint8_t>> base64DecodeIgnoringUnknown(std::string_view text);
-
-}  // namespace scenes

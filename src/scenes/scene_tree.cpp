@@ -12,9 +12,10 @@
 #include "scenes/file_replacement.h"
 #include "scenes/print_line.h"
 #include "scenes/scene_file.h"
+#include "scenes/store_paths.h"
 #include "scenes/store_walk.h"
 
-SceneTree Gruposss;
+scenes::SceneTree Gruposss;
 std::vector<std::string> ListaGrupos;
 std::vector<std::string> ListaSubgrupos;
 std::vector<std::string> ListaEscenas;
@@ -33,7 +34,7 @@ std::string documentsOrStop() {
 /// Reads what the walk comes across into a tree.
 class TreeLoader : public scenes::StoreVisitor {
  public:
-    explicit TreeLoader(SceneTree &tree) : tree_(tree) {}
+    explicit TreeLoader(scenes::SceneTree &tree) : tree_(tree) {}
 
     void foundCentre(const std::string &centre) override {
         // Both keys are spelled like the folder or file that was found last: that is where the next save
@@ -49,7 +50,7 @@ class TreeLoader : public scenes::StoreVisitor {
     }
 
     void foundRoom(const std::string &centre, const std::string &room, const std::string &path) override {
-        RoomMap &rooms = tree_[centre];
+        scenes::RoomMap &rooms = tree_[centre];
         rooms.erase(room);
         rooms.emplace(room, FileToPreset(path));
     }
@@ -58,7 +59,7 @@ class TreeLoader : public scenes::StoreVisitor {
     void foundNameless(const std::string & /*path*/) override { platform::fatalStop(); }
 
  private:
-    SceneTree &tree_;
+    scenes::SceneTree &tree_;
 };
 
 /// `file://` and the percent-encoded path, a trailing "/" when it is a folder.
@@ -83,10 +84,10 @@ bool canBeListed(const std::string &path) {
 
 }  // namespace
 
-SceneTree obtenerPresets() {
+scenes::SceneTree obtenerPresets() {
     crearDirectorioSiNoExiste(PresetsFolder);
     const std::string documents = documentsOrStop();
-    SceneTree tree;
+    scenes::SceneTree tree;
     tree[scenes::kNoCentre];
 
     scenes::removeAbandonedFiles(documents + "/" + PresetsFolder);

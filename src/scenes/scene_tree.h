@@ -1,21 +1,16 @@
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
-#include "scenes/manual_preset.h"
-#include "scenes/name_order.h"
-#include "scenes/store_paths.h"
+#include "scenes/presets_folder.h"
+#include "scenes/tree_map.h"
 
 /// The store: Documents/Presets, one folder per centre, one scene file per room, loaded into memory as a
 /// whole. Everything here belongs to the user-interface thread. Paths are relative to Documents; a platform
 /// that knows no Documents folder is a fatal stop.
 
-using RoomMap = std::map<std::string, std::vector<ManualPreset>, scenes::NameLess>;
-using SceneTree = std::map<std::string, RoomMap, scenes::NameLess>;
-
-extern SceneTree Gruposss;                       ///< the store as last loaded and changed since
+extern scenes::SceneTree Gruposss;               ///< the store as last loaded and changed since
 extern std::vector<std::string> ListaGrupos;     ///< names of the centres, as shown
 extern std::vector<std::string> ListaSubgrupos;  ///< names of the selected centre's rooms, as shown
 extern std::vector<std::string> ListaEscenas;    ///< names of the selected room's scenes, in the file's order
@@ -26,7 +21,7 @@ extern std::vector<std::string> ListaEscenas;    ///< names of the selected room
 /// name ends at the first "." of its file's name. Of several files of one room all are read, and the scenes
 /// of the one that the next save replaces are taken. An entry of a centre's folder with a name of dots only
 /// is a fatal stop, as is a file at which FileToPreset() stops.
-[[nodiscard]] SceneTree obtenerPresets();
+[[nodiscard]] scenes::SceneTree obtenerPresets();
 
 /// Makes a folder, with those above it, and prints its URL; on failure, or when guardedPath() refuses it,
 /// also "Unable to create directory" and the reason. Prints nothing when it is there and can be listed.

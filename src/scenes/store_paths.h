@@ -4,8 +4,7 @@
 #include <string>
 #include <string_view>
 
-/// Name of the scene store's folder under Documents.
-inline const std::string PresetsFolder = "Presets";
+#include "scenes/presets_folder.h"
 
 namespace scenes {
 

@@ -42,25 +42,25 @@ Sentence reasonInaccessible(int systemError) {
 Line fileLine(const CheckedFile &file, const std::string &place) {
     const std::string path = repairUtf8(file.path);
     // Before all else: it ends the program even where another file's scenes are shown.
-    if (file.outcome == Outcome::Fatal) return say(Sentence::fileFatal, {place, path});
+    if (file.outcome == Outcome::fatal) return say(Sentence::fileFatal, {place, path});
     const std::string sceneCount = counted(file.scenes, "escena", "escenas");
     if (file.isHidden)
-        return file.outcome == Outcome::Read ? say(Sentence::fileHidden, {place, path, sceneCount})
+        return file.outcome == Outcome::read ? say(Sentence::fileHidden, {place, path, sceneCount})
                                              : say(Sentence::fileHiddenUnreadable, {place, path});
     switch (file.outcome) {
-        case Outcome::Inaccessible: {
+        case Outcome::inaccessible: {
             const Sentence reason = reasonInaccessible(file.systemError);
             if (reason == Sentence::fileUnreadable)
                 return say(reason, {place, std::to_string(file.systemError), path});
             return say(reason, {place, path});
         }
-        case Outcome::NotAFile:
+        case Outcome::notAFile:
             return say(Sentence::notAFile, {place, path});
-        case Outcome::TooLarge:
+        case Outcome::tooLarge:
             return say(Sentence::fileTooLarge, {place, path});
-        case Outcome::Empty:
+        case Outcome::empty:
             return say(Sentence::fileEmpty, {place, path});
-        case Outcome::NoScenes:
+        case Outcome::noScenes:
             return say(Sentence::fileWithoutScenes, {place, path});
         default:
             break;

@@ -7,6 +7,7 @@
 #include "ptz/camera_motion.h"
 #include "scenes/scene_file.h"
 #include "scenes/scene_tree.h"
+#include "scenes/store_paths.h"
 #include "ui/content_view.h"
 #include "ui/modal_prompts.h"
 

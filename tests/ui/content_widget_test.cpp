@@ -184,7 +184,7 @@ TEST_F(ContentWidgetTest, CancelledEmptyAndKnownNamesChangeNothing) {
     start();
     choose("pickerCentro", "Norte");
     bench_.camera->forgetTransfers();
-    const SceneTree before = Gruposss;
+    const scenes::SceneTree before = Gruposss;
     const auto writtenBefore =
         std::filesystem::last_write_time(documents_.path() / "Presets/Norte/aula A.presets");
 

@@ -1,0 +1,6 @@
+#pragma once
+
+#include <string>
+
+/// Name of the scene store's folder under Documents.
+inline const std::string PresetsFolder = "Presets";
