@@ -64,8 +64,9 @@ class Program:
 
     def __init__(self, folder, *command):
         shutil.rmtree(folder, ignore_errors=True)
+        self.command = [*command, folder]
         always = dict(os.environ, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
-        self.process = subprocess.Popen([*command, folder], env=always, stdout=subprocess.DEVNULL)
+        self.process = subprocess.Popen(self.command, env=always, stdout=subprocess.DEVNULL)
 
     def windows(self):
         desktop = pyatspi.Registry.getDesktop(0)
@@ -127,6 +128,15 @@ def the_start(program):
     expect("active window", program.active, [("frame", TITLE)])
     expect("focus", program.focused, [("combo box", " Sin grupo")])
     expect("the preview is a window", lambda: bool(program.find("frame", PREVIEW)))
+
+
+def other_starts(program):
+    def status(*command):
+        return subprocess.run(command, timeout=PATIENCE, stderr=subprocess.DEVNULL).returncode
+
+    expect("status of a second start", lambda: status(*program.command), 0)
+    expect("active window", program.active, [("frame", TITLE)])
+    expect("status where no folder can be made", lambda: status(*program.command[:-1], "/proc/none"), 1)
 
 
 def what_there_is(program):
@@ -226,7 +236,7 @@ def the_menu(program):
 def main():
     program = Program(*sys.argv[1:])
     try:
-        for part in (the_start, what_there_is, a_centre_a_room_a_scene, the_menu):
+        for part in (the_start, other_starts, what_there_is, a_centre_a_room_a_scene, the_menu):
             print(f"-- {part.__name__.replace('_', ' ')}", flush=True)
             part(program)
     except Wrong as wrong:
