@@ -1,17 +1,18 @@
 #include "platform/command_shell.h"
 
-#include "platform/fatal.h"
-
 #include <spawn.h>
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
 #include <utility>
+
+#include "platform/fatal.h"
 
 namespace platform {
 namespace {
@@ -26,9 +27,9 @@ constexpr const char *kBashDefaultPath = "/usr/local/sbin:/usr/local/bin:/usr/sb
 class WaitableChildren {
  public:
     WaitableChildren() {
-        struct sigaction standard {};
-        standard.sa_handler = SIG_DFL;
-        changed_ = sigaction(SIGCHLD, &standard, &previous_) == 0;
+        struct sigaction byDefault {};
+        byDefault.sa_handler = SIG_DFL;
+        changed_ = sigaction(SIGCHLD, &byDefault, &previous_) == 0;
     }
     ~WaitableChildren() {
         if (changed_) sigaction(SIGCHLD, &previous_, nullptr);
@@ -47,10 +48,10 @@ class SpawnAttributes {
  public:
     SpawnAttributes() {
         if (posix_spawnattr_init(&attributes_) != 0) fatalStop();
-        sigset_t standard;
-        sigemptyset(&standard);
-        sigaddset(&standard, SIGPIPE);
-        if (posix_spawnattr_setsigdefault(&attributes_, &standard) != 0 ||
+        sigset_t toDefault;
+        sigemptyset(&toDefault);
+        sigaddset(&toDefault, SIGPIPE);
+        if (posix_spawnattr_setsigdefault(&attributes_, &toDefault) != 0 ||
             posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF) != 0)
             fatalStop();
     }

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/services.h"
-
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include "platform/services.h"
 
 namespace platform {
 

@@ -1,16 +1,9 @@
-// The real file panels, used the way a person does, in a folder of the test's own.
-#include "platform/qt/qt_file_panels.h"
-#include "platform/qt/window_order.h"
-
-#include "surroundings.h"
-
-#include <QAbstractButton>
-#include <QAction>
+// The real file panels, used the way a person does, in a folder of the test's
+// own.
 #include <QApplication>
-#include <QComboBox>
-#include <QDir>
+#include <QDateTime>
+#include <QFile>
 #include <QFileDialog>
-#include <QLabel>
 #include <QLineEdit>
 #include <QRegularExpression>
 #include <QSettings>
@@ -18,7 +11,9 @@
 #include <QTimer>
 #include <QTreeView>
 
-#include <filesystem>
+#include "platform/qt/qt_file_panels.h"
+#include "platform/qt/window_order.h"
+#include "surroundings.h"
 
 namespace {
 
@@ -37,13 +32,10 @@ QLineEdit *nameField(QFileDialog &panel) {
 /// Every text that `panel` shows or speaks.
 QStringList textsOf(const QWidget &panel) {
     QStringList texts{panel.windowTitle()};
-    for (const auto *widget : panel.findChildren<QWidget *>())
-        texts << widget->toolTip() << widget->accessibleName() << widget->accessibleDescription();
-    for (const auto *label : panel.findChildren<QLabel *>()) texts << label->text();
-    for (const auto *button : panel.findChildren<QAbstractButton *>()) texts << button->text();
-    for (const auto *action : panel.findChildren<QAction *>()) texts << action->text();
-    for (const auto *box : panel.findChildren<QComboBox *>()) {
-        for (int i = 0; i < box->count(); ++i) texts << box->itemText(i);
+    for (const QObject *part : panel.findChildren<QObject *>()) {
+        for (const char *property :
+             {"text", "currentText", "toolTip", "accessibleName", "accessibleDescription"})
+            texts << part->property(property).toString().remove(u'&');
     }
     for (const auto *view : panel.findChildren<QTreeView *>()) {
         const QAbstractItemModel &model = *view->model();
@@ -53,76 +45,64 @@ QStringList textsOf(const QWidget &panel) {
                 texts << model.index(row, column, view->rootIndex()).data().toString();
         }
     }
-    texts.removeAll(QString());
     return texts;
 }
 
 /// Words of Qt's English panels that Spanish does not have.
 void expectNoEnglish(const QStringList &texts) {
     static const QRegularExpression english(
-        QStringLiteral(
-            "\\b(Look in|File|Files|Folder|Directory|Name|Size|Type|Kind|Date|Modified|Computer|Save|Open|"
-            "Cancel|Choose|All|Back|Forward|Parent|Create|New|List|Detail|View|Show|Hidden|Delete|Rename|"
-            "Yes|Sidebar|Unknown|Drive|already exists|not found|AM|PM)\\b"),
+        QStringLiteral("\\b(Look "
+                       "in|File|Files|Folder|Directory|Name|Size|Type|Kind|Date|Modified|"
+                       "Computer|Save|Open|"
+                       "Cancel|Choose|All|Back|Forward|Parent|Create|New|List|Detail|View|"
+                       "Show|Hidden|Delete|Rename|"
+                       "Yes|Sidebar|Unknown|Drive|already exists|not found|AM|PM)\\b"),
         QRegularExpression::CaseInsensitiveOption);
-    for (QString text : texts) {
-        text.remove(u'&');
-        EXPECT_FALSE(english.match(text).hasMatch()) << text.toStdString();
-    }
+    EXPECT_TRUE(texts.filter(english).isEmpty()) << texts.filter(english).join(u'|').toStdString();
 }
 
 class FilePanels : public FolderTest {
  protected:
     void SetUp() override {
         FolderTest::SetUp();
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                           QString::fromStdString(path("settings")));
-        std::filesystem::create_directories(path("dir/Carpeta"));
-        write(path("dir/existe.txt"), std::string(5000, 'x'));
-        write(path("dir/escenas.prs"), "x");
-        write(path("dir/.oculto.prs"), "x");
-        previous_ = QDir::currentPath();
-        QDir::setCurrent(QString::fromStdString(path("dir")));
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QString::fromStdString(path()));
+        write("dir/Carpeta/a", "");
+        write("dir/existe.txt", std::string(5000, 'x'));
+        write("dir/escenas.prs", "x");
+        write("dir/.oculto.prs", "x");
+        QFile file(QString::fromStdString(path("dir/existe.txt")));
+        ASSERT_TRUE(file.open(QIODevice::Append));
+        file.setFileTime(QDateTime({2024, 3, 5}, {13, 7}), QFileDevice::FileModificationTime);
     }
-    void TearDown() override { QDir::setCurrent(previous_); }
 
-    /// The save panel, in this test's folder.
     QFileDialog &beginSaving(const std::string &name) {
-        panels_.beginSavePanel(name, std::nullopt, [this](const std::string &file) {
+        panels_.beginSavePanel(name, path("dir"), [this](const std::string &file) {
             chosen_.push_back(file);
             panelStillShown_ = shownPanel("savePanel") != nullptr;
         });
         QFileDialog *panel = shownPanel("savePanel");
         if (!panel) throw std::runtime_error("no save panel");
-        panel->setDirectory(QString::fromStdString(path("dir")));
         static_cast<void>(QTest::qWaitForWindowActive(panel));
         return *panel;
+    }
+
+    /// What the open panel gives when `act` has been done with it.
+    std::optional<std::string> open(const std::function<void(QFileDialog &)> &act) {
+        QTimer::singleShot(0, [&] {
+            auto *panel = shownPanel("openPanel");
+            ASSERT_NE(panel, nullptr);
+            EXPECT_TRUE(QTest::qWaitForWindowActive(panel));
+            act(*panel);
+        });
+        return panels_.runOpenPanel("Escoge un fichero de escenas", path("dir"));
     }
 
     platform::QtFilePanels panels_;
     std::vector<std::string> chosen_;
     bool panelStillShown_ = false;
-
- private:
-    QString previous_;
 };
 
-TEST_F(FilePanels, SavePanelReturnsAtOnceAndTellsTheNameLater) {
-    QFileDialog &panel = beginSaving("2024-03-05");
-    EXPECT_EQ(nameField(panel)->text(), QStringLiteral("2024-03-05"));
-    EXPECT_FALSE(panel.isModal());
-    EXPECT_TRUE(panel.windowFlags() & Qt::WindowStaysOnTopHint);
-
-    QTest::keyClicks(nameField(panel), QStringLiteral("copia"));
-    EXPECT_EQ(&beginSaving("2024-03-06"), &panel) << "asked for again, the open one comes to the front";
-    QTest::keyClick(nameField(panel), Qt::Key_Return);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !chosen_.empty(); }, 3000));
-
-    EXPECT_EQ(chosen_, std::vector{path("dir/copia")}) << "no extension is added";
-    EXPECT_FALSE(panelStillShown_) << "the panel is gone before the long work begins";
-}
-
-TEST_F(FilePanels, SavePanelAsksBeforeAnExistingNameIsTaken) {
+TEST_F(FilePanels, SavePanelReturnsAtOnceAsksBeforeAnExistingNameIsTakenAndTellsTheNameLater) {
     QFileDialog &panel = beginSaving("existe.txt");
     QStringList asked;
     QTimer::singleShot(100, [&] {
@@ -133,70 +113,58 @@ TEST_F(FilePanels, SavePanelAsksBeforeAnExistingNameIsTaken) {
     });
     QTest::keyClick(nameField(panel), Qt::Key_Return);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !asked.isEmpty(); }, 3000));
-    EXPECT_TRUE(asked.join(u' ').contains(QStringLiteral("reemplazarlo"))) << asked.join(u'|').toStdString();
+    EXPECT_FALSE(asked.filter(QStringLiteral("reemplazarlo")).isEmpty()) << asked.join(u'|').toStdString();
     expectNoEnglish(asked);
-    EXPECT_TRUE(panel.isVisible()) << "answered no: another name can be given";
 
-    QTest::keyClick(nameField(panel), Qt::Key_Escape);
-    QTest::qWait(50);
-    EXPECT_TRUE(chosen_.empty()) << "cancelled";
-    EXPECT_EQ(shownPanel("savePanel"), nullptr);
+    EXPECT_EQ(&beginSaving("2024-03-06"), &panel) << "asked for again, the open one comes to the front";
+    nameField(panel)->selectAll();
+    QTest::keyClicks(nameField(panel), QStringLiteral("copia"));
+    EXPECT_TRUE(chosen_.empty());
+    QTest::keyClick(nameField(panel), Qt::Key_Return);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !chosen_.empty(); }, 3000));
+    EXPECT_EQ(chosen_, std::vector{path("dir/copia")}) << "no extension is added";
+    EXPECT_FALSE(panelStillShown_) << "the panel is gone before the long work begins";
 }
 
-TEST_F(FilePanels, OpenPanelGivesTheChosenFileOrNothing) {
+TEST_F(FilePanels, OpenPanelGivesTheChosenFileOrNothingAboveTheSavePanel) {
     QWidget window;
     window.show();
-    const QFileDialog &savePanel = beginSaving("2024-03-05");
+    QFileDialog &savePanel = beginSaving("2024-03-05");
+    EXPECT_FALSE(savePanel.isModal());
     EXPECT_EQ(savePanel.parentWidget(), &window);
     platform::bringProgramToFront(&window);
     EXPECT_EQ(QApplication::activeWindow(), &savePanel) << "it covers the window";
-    const auto open = [&](const std::function<void(QFileDialog &)> &act) {
-        QTimer::singleShot(0, [&] {
-            auto *panel = shownPanel("openPanel");
-            ASSERT_NE(panel, nullptr);
-            EXPECT_EQ(panel->windowTitle(), QStringLiteral("Escoge un fichero de escenas"));
-            EXPECT_NE(panel->parentWidget(), nullptr);
-            EXPECT_TRUE(panel->windowFlags() & Qt::WindowStaysOnTopHint) << "not under the save panel";
-            EXPECT_TRUE(QTest::qWaitForWindowActive(panel));
-            EXPECT_EQ(panel->directory().absolutePath().toStdString(), path("dir"));
-            act(*panel);
-        });
-        return panels_.runOpenPanel("Escoge un fichero de escenas", path("dir"));
-    };
 
     EXPECT_EQ(open([](QFileDialog &panel) {
+                  EXPECT_NE(panel.parentWidget(), nullptr);
+                  EXPECT_TRUE(panel.windowFlags() & Qt::WindowStaysOnTopHint) << "not under the save panel";
                   QTest::keyClicks(nameField(panel), QStringLiteral("escenas.prs"));
                   QTest::keyClick(nameField(panel), Qt::Key_Return);
               }),
               path("dir/escenas.prs"));
     EXPECT_EQ(open([](QFileDialog &panel) { QTest::keyClick(&panel, Qt::Key_Escape); }), std::nullopt);
+    QTest::keyClick(&savePanel, Qt::Key_Escape);
+    QTest::qWait(50);
+    EXPECT_EQ(shownPanel("savePanel"), nullptr);
+    EXPECT_TRUE(chosen_.empty()) << "cancelled";
 }
 
 TEST_F(FilePanels, SpeakSpanishAndHideHiddenFiles) {
-    QFileDialog &savePanel = beginSaving("2024-03-05");
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return textsOf(savePanel).contains(QStringLiteral("existe.txt")); }, 3000));
-    const QStringList texts = textsOf(savePanel);
-    expectNoEnglish(texts);
-    for (const char *expected :
-         {"Guardar", "Cancelar", "Nombre:", "Tamaño", "Última modificación", "4,88 KiB"})
-        EXPECT_TRUE(texts.contains(QString::fromUtf8(expected))) << expected;
-    savePanel.close();
-
-    QStringList openTexts;
-    QTimer::singleShot(0, [&] {
-        auto *panel = shownPanel("openPanel");
-        ASSERT_NE(panel, nullptr);
-        static_cast<void>(
-            QTest::qWaitFor([&] { return textsOf(*panel).contains(QStringLiteral("existe.txt")); }, 3000));
-        openTexts = textsOf(*panel);
-        panel->close();
-    });
-    static_cast<void>(panels_.runOpenPanel("Escoge un fichero de escenas", path("dir")));
-    expectNoEnglish(openTexts);
+    const auto look = [](const char *title, const char *accept) {
+        return [=](QFileDialog &panel) {
+            EXPECT_TRUE(QTest::qWaitFor([&] { return textsOf(panel).contains(u"existe.txt"); }, 3000));
+            const QStringList texts = textsOf(panel);
+            expectNoEnglish(texts);
+            EXPECT_FALSE(texts.contains(u".oculto.prs"));
+            for (const char *expected : {title, accept, "Cancelar", "Carpeta:", "Nombre:", "Tipo:", "Tamaño",
+                                         "Última modificación", "4,88 KiB", "5/3/24 13:07"})
+                EXPECT_TRUE(texts.contains(QString::fromUtf8(expected))) << expected;
+            panel.close();
+        };
+    };
+    look("Guardar escenas", "Guardar")(beginSaving("2024-03-05"));
+    static_cast<void>(open(look("Escoge un fichero de escenas", "Abrir")));
     EXPECT_EQ(QFileDialog::tr("Files"), QStringLiteral("Ficheros")) << "not \"archivos\"";
-    EXPECT_TRUE(openTexts.contains(QStringLiteral("escenas.prs"))) << openTexts.join(u'|').toStdString();
-    EXPECT_FALSE(openTexts.contains(QStringLiteral(".oculto.prs")));
 }
 
 }  // namespace

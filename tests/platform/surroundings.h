@@ -2,38 +2,29 @@
 
 #include <gtest/gtest.h>
 
-#include <QByteArray>
-#include <QString>
 #include <QTemporaryDir>
-#include <QtGlobal>
-
-#include <fstream>
-#include <iterator>
+#include <cstdlib>
+#include <optional>
 #include <string>
+
+#include "support/files.h"
 
 /// An environment variable with another value (null: unset) for as long as this lives.
 class ScopedVariable {
  public:
-    ScopedVariable(const char *name, const char *value)
-        : name_(name), wasSet_(qEnvironmentVariableIsSet(name)), previous_(qgetenv(name)) {
-        assign(value != nullptr, QByteArray(value));
+    ScopedVariable(const char *name, const char *value) : name_(name) {
+        if (const char *before = std::getenv(name)) previous_ = before;
+        assign(value);
     }
-    ~ScopedVariable() { assign(wasSet_, previous_); }
+    ~ScopedVariable() { assign(previous_ ? previous_->c_str() : nullptr); }
     ScopedVariable(const ScopedVariable &) = delete;
     ScopedVariable &operator=(const ScopedVariable &) = delete;
 
  private:
-    void assign(bool set, const QByteArray &value) {
-        if (set) {
-            qputenv(name_, value);
-        } else {
-            qunsetenv(name_);
-        }
-    }
+    void assign(const char *value) const { value ? setenv(name_, value, 1) : unsetenv(name_); }
 
     const char *name_;
-    bool wasSet_;
-    QByteArray previous_;
+    std::optional<std::string> previous_;
 };
 
 /// A folder of its own for each test.
@@ -45,13 +36,10 @@ class FolderTest : public ::testing::Test {
         const std::string root = folder_.path().toStdString();
         return name.empty() ? root : root + "/" + name;
     }
-    static void write(const std::string &file, const std::string &text) {
-        std::ofstream(file, std::ios::binary) << text;
+    void write(const std::string &name, const std::string &text) const {
+        support::writeFile(path(name), text);
     }
-    [[nodiscard]] static std::string read(const std::string &file) {
-        std::ifstream stream(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
+    [[nodiscard]] std::string read(const std::string &name) const { return support::contentOf(path(name)); }
 
  private:
     QTemporaryDir folder_;

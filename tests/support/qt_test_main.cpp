@@ -1,10 +1,10 @@
 // The main of the test programs that need a QApplication.
-#include "platform/qt/spanish.h"
-
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QtGlobal>
+
+#include "platform/qt/spanish.h"
 
 int main(int argc, char **argv) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -11,7 +11,6 @@
 #include <QStringList>
 #include <QStyle>
 #include <QVBoxLayout>
-
 #include <algorithm>
 
 namespace platform {

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "platform/services.h"
-
 #include <QDialog>
-
 #include <optional>
 #include <vector>
+
+#include "platform/services.h"
 
 class QBoxLayout;
 class QLineEdit;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/services.h"
-
 #include <string>
 #include <utility>
+
+#include "platform/services.h"
 
 namespace platform {
 

@@ -1,15 +1,14 @@
 #include "platform/qt/qt_file_panels.h"
 
-#include "platform/qt/spanish_file_model.h"
-#include "platform/qt/window_order.h"
-
 #include <QApplication>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QSplitter>
 #include <QTreeView>
-
 #include <utility>
+
+#include "platform/qt/spanish_file_model.h"
+#include "platform/qt/window_order.h"
 
 namespace platform {
 namespace {

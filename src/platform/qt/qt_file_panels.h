@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/services.h"
-
 #include <QPointer>
+
+#include "platform/services.h"
 
 class QFileDialog;
 

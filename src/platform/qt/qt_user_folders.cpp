@@ -1,13 +1,12 @@
 #include "platform/qt/qt_user_folders.h"
 
+#include <pwd.h>
+#include <unistd.h>
+
 #include <QByteArray>
 #include <QDir>
 #include <QStandardPaths>
 #include <QtGlobal>
-
-#include <pwd.h>
-#include <unistd.h>
-
 #include <vector>
 
 namespace platform {

@@ -1,9 +1,9 @@
 #include "platform/qt/qt_web_pages.h"
 
-#include "platform/fatal.h"
-
 #include <QDesktopServices>
 #include <QUrl>
+
+#include "platform/fatal.h"
 
 namespace platform {
 

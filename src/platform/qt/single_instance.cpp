@@ -1,21 +1,20 @@
 #include "platform/qt/single_instance.h"
 
-#include "platform/services.h"
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QLocalSocket>
 #include <QThread>
 #include <QtGlobal>
-
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <tuple>
+
+#include "platform/services.h"
 
 namespace platform {
 namespace {

@@ -4,7 +4,6 @@
 #include <QLocalServer>
 #include <QObject>
 #include <QString>
-
 #include <chrono>
 #include <memory>
 

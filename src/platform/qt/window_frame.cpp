@@ -7,7 +7,6 @@
 #include <QSettings>
 #include <QStringList>
 #include <QWidget>
-
 #include <algorithm>
 #include <array>
 #include <optional>
