@@ -19,9 +19,6 @@ using scenes::decodeSceneText;
 using Outcome = DecodedScenes::Outcome;
 using support::sample;
 
-constexpr std::int64_t kMax = std::numeric_limits<std::int64_t>::max();
-constexpr std::int64_t kMin = std::numeric_limits<std::int64_t>::min();
-
 /// What holds of every text: the reason, one line, where there are no scenes, and names that can be shown.
 DecodedScenes decoded(const std::string &text) {
     auto result = decodeSceneText(text);
@@ -50,8 +47,8 @@ TEST(SceneCodec, TakesEveryWayToWriteAWholeNumberOfSixtyFourBitsAndNoOther) {
     const std::pair<const char *, std::int64_t> rows[] = {
         {"5.0", 5},
         {"10e-1", 1},
-        {"9223372036854775807", kMax},
-        {"-9223372036854775808", kMin},
+        {"9223372036854775807", INT64_MAX},
+        {"-9223372036854775808", INT64_MIN},
         {"9007199254740993", 9007199254740993},
     };
     for (const auto &[text, value] : rows)
