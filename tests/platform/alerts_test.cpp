@@ -87,7 +87,9 @@ TEST(Alerts, GiveTheFieldsTextAsItIs) {
 TEST(Alerts, ShowTheirTextsPlainlyAndWhole) {
     const std::string message = "<b>Aula</b> &amp; " + std::string(300, 'x');
     const Alert alert{message, "<i>Línea 1</i>\nLínea 2", {}, "Versión 1.2", {}};
+    const QWidget notShownYet;
     static_cast<void>(answerOf(alert, [&](QDialog &dialog) {
+        EXPECT_EQ(dialog.parentWidget(), nullptr);
         EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Versión 1.2"));
         for (const char *name : {"alertMessage", "alertInformative"}) {
             auto *label = dialog.findChild<QLabel *>(QLatin1String(name));
