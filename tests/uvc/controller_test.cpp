@@ -36,47 +36,42 @@ class Discovery : public testing::Test {
  protected:
     ~Discovery() override { UVCController::useDeviceRegistry(nullptr); }
 
-    static std::shared_ptr<Script> camera() { return std::make_shared<Script>(); }
-    static std::shared_ptr<Script> keyboard() {
-        auto script = camera();
-        script->hasVideoControl = false;
-        return script;
+    static std::shared_ptr<const usb::Device> camera(Ids ids) {
+        return scripted::device(std::make_shared<Script>(), std::move(ids));
+    }
+    static std::shared_ptr<const usb::Device> notACamera(Ids ids, bool hasVideoControl) {
+        auto script = std::make_shared<Script>();
+        script->hasVideoControl = hasVideoControl;
+        script->descriptors = scripted::cameraTerminal({1});  // and no header
+        return scripted::device(script, std::move(ids));
+    }
+    static std::string names(const std::optional<std::vector<std::shared_ptr<UVCController>>> &controllers) {
+        if (!controllers) return "nothing";
+        std::string list;
+        for (const auto &controller : *controllers) list += controller->deviceName().value_or("?");
+        return list;
     }
 };
 
-TEST_F(Discovery, KeepsTheRegistrysOrderAndSkipsOtherDevicesAndIsNeverAnEmptyList) {
-    const auto locations = [](const auto &controllers) {
-        std::vector<std::uint32_t> list;
-        for (const auto &controller : *controllers) list.push_back(controller->locationId());
-        return list;
-    };
-    EXPECT_FALSE(UVCController::uvcControllers());
+TEST_F(Discovery, KeepsTheRegistrysOrderAndSkipsOtherDevices) {
+    EXPECT_EQ(names(UVCController::uvcControllers()), "nothing");
     UVCController::useDeviceRegistry(scripted::registry(std::nullopt));
-    EXPECT_FALSE(UVCController::uvcControllers());
-    const auto noHeader = camera();
-    noHeader->descriptors = scripted::cameraTerminal({1});
+    EXPECT_EQ(names(UVCController::uvcControllers()), "nothing");
+    const auto keyboard = notACamera({3, 4, 40, "k"}, false);
+    const auto broken = notACamera({3, 5, 50, "b"}, true);
+    UVCController::useDeviceRegistry(scripted::registry({{keyboard, broken}}));
+    EXPECT_EQ(names(UVCController::uvcControllers()), "nothing");
+
     UVCController::useDeviceRegistry(
-        scripted::registry({{scripted::device(keyboard()), scripted::device(noHeader)}}));
-    EXPECT_FALSE(UVCController::uvcControllers());
-
-    UVCController::useDeviceRegistry(scripted::registry(
-        {{scripted::device(camera(), {1, 2, 30, "c"}), scripted::device(keyboard(), {1, 2, 20, "b"}),
-          scripted::device(camera(), {1, 3, 10, "a"}), scripted::device(camera(), {{}, {}, {}, {}})}}));
-    EXPECT_EQ(locations(UVCController::uvcControllers()), (std::vector<std::uint32_t>{30, 10, 0xFFFFFFFF}));
-    const auto every = UVCController::uvcControllersWithIds([](auto, auto) { return true; });
-    EXPECT_EQ(locations(every), (std::vector<std::uint32_t>{30, 10})) << "unknown ids are nobody's";
-    EXPECT_EQ(locations(UVCController::uvcControllersWithIds(
-                  [](auto vendor, auto product) { return vendor == 1 && product == 3; })),
-              std::vector<std::uint32_t>{10});
-}
-
-TEST_F(Discovery, ByIdsTakesTheFirstMatchOnly) {
-    UVCController::useDeviceRegistry(scripted::registry(
-        {{scripted::device(camera(), {1, 9, 10, "a"}), scripted::device(camera(), {1, 2, 20, "b"}),
-          scripted::device(camera(), {1, 2, 30, "c"}), scripted::device(keyboard(), {3, 4, 40, "d"}),
-          scripted::device(camera(), {3, 4, 40, "e"}), scripted::device(camera(), {{}, {}, {}, {}})}}));
-    EXPECT_EQ(UVCController::uvcControllerWithVendorId(1, 2)->deviceName(), "b");
-    EXPECT_EQ(UVCController::uvcControllerWithLocationId(30)->deviceName(), "c");
+        scripted::registry({{camera({1, 9, 10, "z"}), keyboard, camera({1, 2, 20, "y"}), broken,
+                             camera({1, 2, 30, "x"}), camera({3, 4, 40, "w"}), camera({{}, {}, {}, {}})}}));
+    EXPECT_EQ(names(UVCController::uvcControllers()), "zyxw?");
+    EXPECT_EQ(names(UVCController::uvcControllersWithIds([](auto, auto) { return true; })), "zyxw");
+    EXPECT_EQ(names(UVCController::uvcControllersWithIds(
+                  [](auto vendorId, auto productId) { return vendorId == 1 && productId == 2; })),
+              "yx");
+    EXPECT_EQ(UVCController::uvcControllerWithVendorId(1, 2)->deviceName(), "y");
+    EXPECT_EQ(UVCController::uvcControllerWithLocationId(30)->deviceName(), "x");
     EXPECT_FALSE(UVCController::uvcControllerWithVendorId(1, 4));
     // The first match is no UVC device: there is no second try.
     EXPECT_FALSE(UVCController::uvcControllerWithVendorId(3, 4));
@@ -97,39 +92,34 @@ TEST_F(Discovery, DescribesItselfAndUnknownIdsAsAllOnes) {
               " { \"Sala\"; vendor-id=0x1234; product-id=0x56ab; location-id=0x01200000; uvc-version: 0x0110 "
               "interface-index: 3 ; is-open }");
     EXPECT_EQ(
-        tail(*UVCController::uvcControllerWithService(scripted::device(camera(), {{}, {}, {}, {}}))),
+        tail(*UVCController::uvcControllerWithService(camera({{}, {}, {}, {}}))),
         " { \"(null)\"; vendor-id=0xffff; product-id=0xffff; location-id=0xffffffff; uvc-version: 0x0110 "
         "interface-index: 3 }");
 }
 
-std::vector<std::string> words(const std::string &text) {
-    std::istringstream stream(text);
-    return {std::istream_iterator<std::string>(stream), {}};
-}
-
 TEST(Availability, OneBitMakesOneControlAvailable) {
-    // Bit numbers of bmControls as the USB Video Class gives them, by bit: the terminal's, then the unit's.
-    const std::vector<std::string> terminal = words(
+    // bmControls as the USB Video Class gives them, by bit: the terminal's, then the unit's.
+    std::istringstream terminal(
         "scanning-mode auto-exposure-mode auto-exposure-priority exposure-time-abs exposure-time-rel "
         "focus-abs focus-rel iris-abs iris-rel zoom-abs zoom-rel pan-tilt-abs pan-tilt-rel roll-abs roll-rel "
-        "- - auto-focus privacy");
-    const std::vector<std::string> processing = words(
+        "- - auto-focus privacy - - - - -");
+    std::istringstream processing(
         "brightness contrast hue saturation sharpness gamma white-balance-temp white-balance-component "
         "backlight-compensation gain power-line-frequency auto-hue auto-white-balance-temp "
         "auto-white-balance-component digital-multiplier digital-multiplier-limit analog-video-standard "
-        "analog-lock-status");
+        "analog-lock-status - - - - - -");
     for (std::size_t bit = 0; bit < 24; ++bit) {
         Bytes bitmap(3, 0);
         bitmap[bit / 8] = static_cast<std::uint8_t>(1u << (bit % 8));
         const Plugged plugged =
             pluggedWith({scripted::cameraTerminal(bitmap), scripted::processingUnit(bitmap)});
-        std::set<std::string> available;
+        std::set<std::string> available{"-"};
         for (const std::string &name : UVCController::controlStrings())
             if (!plugged.controller->controlIsNotAvailable(name)) available.insert(name);
 
-        std::set<std::string> expected;
-        if (bit < terminal.size() && terminal[bit] != "-") expected.insert(terminal[bit]);
-        if (bit < processing.size()) expected.insert(processing[bit]);
+        std::set<std::string> expected{"-"};
+        for (std::istringstream *const names : {&terminal, &processing})
+            expected.insert(*std::istream_iterator<std::string>(*names));
         EXPECT_EQ(available, expected) << "bit " << bit;
     }
 }
@@ -137,8 +127,6 @@ TEST(Availability, OneBitMakesOneControlAvailable) {
 TEST(Availability, WithoutBitmapEverythingKnownIsAvailableAndBeyondItNothing) {
     const Plugged plugged = pluggedWith({scripted::cameraTerminal({0xFF, 0xFF})});
     EXPECT_FALSE(plugged.controller->controlIsNotAvailable("analog-lock-status"));
-    EXPECT_FALSE(plugged.controller->controlIsNotAvailable("roll-rel"));
-    EXPECT_TRUE(plugged.controller->controlIsNotAvailable("auto-focus"));
     EXPECT_TRUE(plugged.controller->controlIsNotAvailable("privacy"));
     EXPECT_TRUE(plugged.controller->controlIsNotAvailable("Zoom-Abs"));
 }
@@ -161,22 +149,18 @@ TEST(Requests, SetupPacketsByteForByte) {
     EXPECT_EQ(zoom->stringValue(), "300");
     EXPECT_EQ(plugged.script->lastSent, (Bytes{0xF0, 0xF1, 0xFF, 0xFF, 0x20, 0x1C, 0x00, 0x00}));
     EXPECT_EQ(capabilities, 0x1Fu);
-}
 
-TEST(Requests, FailureKeepsTheValueAndItsByteOrder) {
-    Plugged plugged;
+    // A failure keeps the value and its byte order.
+    plugged.script->answers.clear();
     plugged.script->acceptsSets = false;
-    const auto zoom = UVCValue::uvcValueWithType(uvc::controlType(kZoomAbs));
-    ASSERT_TRUE(zoom->scanCString("77", 0));
-    std::uint32_t capabilities = 5;
     EXPECT_FALSE(plugged.controller->getValue(*zoom, kZoomAbs));
     EXPECT_FALSE(plugged.controller->setValue(*zoom, kZoomAbs));
     EXPECT_FALSE(plugged.controller->capabilities(capabilities, kZoomAbs));
-    EXPECT_FALSE(plugged.controller->getValue(*zoom, 35));
-    EXPECT_EQ(zoom->stringValue(), "77");
+    EXPECT_FALSE(plugged.controller->getValue(*zoom, 35) || plugged.controller->setValue(*zoom, 35));
+    EXPECT_EQ(zoom->stringValue(), "300");
     EXPECT_FALSE(zoom->isSwappedToUSBEndian());
-    EXPECT_EQ(capabilities, 5u);
-    EXPECT_EQ(plugged.script->setups.size(), 3u);
+    EXPECT_EQ(capabilities, 0x1Fu);
+    EXPECT_EQ(plugged.script->setups.size(), 6u);
 }
 
 TEST(Requests, EachOpensAndClosesUnlessHeldOpenOrThePlatformRefuses) {

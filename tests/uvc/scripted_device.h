@@ -122,14 +122,15 @@ inline std::shared_ptr<const usb::Device> device(std::shared_ptr<Script> script,
 struct Registry : usb::DeviceRegistry {
     using Devices = std::optional<std::vector<std::shared_ptr<const usb::Device>>>;
 
-    explicit Registry(Devices devicesOfIt) : present(std::move(devicesOfIt)) {}
     Devices devices() const override { return present; }
 
     Devices present;
 };
 
 inline std::shared_ptr<const usb::DeviceRegistry> registry(Registry::Devices devices) {
-    return std::make_shared<Registry>(std::move(devices));
+    auto made = std::make_shared<Registry>();
+    made->present = std::move(devices);
+    return made;
 }
 
 }  // namespace scripted
