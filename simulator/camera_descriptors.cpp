@@ -65,7 +65,7 @@ Bytes interfaceDescriptor(std::uint8_t number, std::uint8_t subclass, std::uint8
 /// USB Video Class 1.1, section 3.7.2; wTotalLength is filled in by withTotalLength().
 Bytes videoControlHeader(const CameraOptions &options) {
     return descriptor(kClassInterface, 0x01)
-        .u2(options.uvcVersion)
+        .u2(0x0110)  // bcdUVC
         .u2(0)
         .u4(kClockHz)
         .u1(1)
@@ -90,20 +90,18 @@ Bytes cameraTerminal(const CameraOptions &options) {
         .asDescriptor();
 }
 
-/// USB Video Class 1.1, section 3.7.2.5. Version 1.0 ends the descriptor before bmVideoStandards and knows no
-/// control above bit 15.
+/// USB Video Class 1.1, section 3.7.2.5.
 Bytes processingUnit(const CameraOptions &options) {
-    const bool version11 = options.uvcVersion >= 0x0110;
-    const Bytes controls = controlBitmap(options, kProcessingUnit, version11 ? 3 : 2);
-    ByteWriter fields = descriptor(kClassInterface, 0x05);
-    fields.u1(options.processingUnitId)
+    const Bytes controls = controlBitmap(options, kProcessingUnit, 3);
+    return descriptor(kClassInterface, 0x05)
+        .u1(options.processingUnitId)
         .u1(options.cameraTerminalId)  // bSourceID
         .u2(0)                         // wMaxMultiplier
         .u1(controls.size())
         .raw(controls)
-        .u1(kNoString);
-    if (version11) fields.u1(0);  // bmVideoStandards: none
-    return fields.asDescriptor();
+        .u1(kNoString)
+        .u1(0)  // bmVideoStandards: none
+        .asDescriptor();
 }
 
 /// USB Video Class 1.1, section 3.7.2.2.

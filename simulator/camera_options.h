@@ -21,7 +21,6 @@ using RequestKey = std::tuple<std::uint8_t, std::uint8_t, std::uint8_t>;
 /// What kind of camera it is. Set in code only; the defaults are the first supported model without faults.
 struct CameraOptions {
     model::Record record = model::kRecords.front();  ///< its ids, and the ranges of its motors
-    std::uint16_t uvcVersion = 0x0110;               ///< bcdUVC: 0x0100 or 0x0110
     std::string productName = simulatedName(record);
     bool hasPanTiltAbs = true;
     bool hasZoomAbs = true;

@@ -10,11 +10,11 @@
 
 #include "app/app_delegate.h"
 #include "app/main_window.h"
-#include "product/product.h"
 #include "platform/qt/desktop.h"
 #include "platform/qt/single_instance.h"
 #include "platform/qt/window_order.h"
 #include "platform/services.h"
+#include "product/product.h"
 #include "simulator/camera_model.h"
 #include "simulator/edition/preview_placement.h"
 #include "simulator/edition/sample_store.h"

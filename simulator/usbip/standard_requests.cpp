@@ -9,15 +9,6 @@ namespace simulator::usbip {
 
 namespace {
 
-constexpr std::uint8_t kGetStatus = 0x00;
-constexpr std::uint8_t kClearFeature = 0x01;
-constexpr std::uint8_t kSetAddress = 0x05;
-constexpr std::uint8_t kGetDescriptor = 0x06;
-constexpr std::uint8_t kGetConfiguration = 0x08;
-constexpr std::uint8_t kSetConfiguration = 0x09;
-constexpr std::uint8_t kGetInterface = 0x0A;
-constexpr std::uint8_t kSetInterface = 0x0B;
-
 constexpr std::uint16_t kEndpointHalt = 0;
 
 /// A string descriptor says its own length in one byte.

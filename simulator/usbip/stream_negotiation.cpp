@@ -7,7 +7,7 @@ namespace simulator::usbip {
 
 namespace {
 
-Bytes settings(const CameraOptions &options) {
+Bytes settings() {
     ByteWriter out(std::endian::little);
     out.u2(0)  // bmHint: nothing is fixed by the host
         .u1(kFormatIndex)
@@ -15,20 +15,18 @@ Bytes settings(const CameraOptions &options) {
         .u4(kFrameInterval)
         .zeros(10)  // key frames, quality, window and delay: uncompressed video has none
         .u4(kFrameBytes)
-        .u4(kMostPayloadBytes);
-    if (options.uvcVersion >= 0x0110)
-        out.u4(kClockHz)
-            .u1(0x03)   // bmFramingInfo: payload headers carry the frame id and the end of frame
-            .zeros(3);  // versions of the payload format: of no meaning to uncompressed video
+        .u4(kMostPayloadBytes)
+        .u4(kClockHz)
+        .u1(0x03)   // bmFramingInfo: payload headers carry the frame id and the end of frame
+        .zeros(3);  // versions of the payload format: of no meaning to uncompressed video
     return out.finished();
 }
 
 }  // namespace
 
-std::optional<Bytes> answerNegotiation(const CameraOptions &options, std::uint8_t selector,
-                                       std::uint8_t request) {
+std::optional<Bytes> answerNegotiation(std::uint8_t selector, std::uint8_t request) {
     if (selector != kProbeSelector && selector != kCommitSelector) return std::nullopt;
-    const Bytes now = settings(options);
+    const Bytes now = settings();
     switch (request) {
         case request::kGetCur:
             return now;
@@ -45,9 +43,8 @@ std::optional<Bytes> answerNegotiation(const CameraOptions &options, std::uint8_
     }
 }
 
-bool takesNegotiation(const CameraOptions &options, std::uint8_t selector,
-                      std::span<const std::uint8_t> data) {
-    if (data.size() != settings(options).size()) return false;
+bool takesNegotiation(std::uint8_t selector, std::span<const std::uint8_t> data) {
+    if (data.size() != settings().size()) return false;
     if (selector == kProbeSelector) return true;
     return selector == kCommitSelector && data[2] == kFormatIndex && data[3] == kFrameIndex;
 }

@@ -4,7 +4,6 @@
 #include <optional>
 #include <span>
 
-#include "simulator/camera_options.h"
 #include "simulator/usbip/protocol.h"
 
 namespace simulator::usbip {
@@ -20,12 +19,10 @@ inline constexpr std::uint8_t kProbeSelector = 0x01;
 inline constexpr std::uint8_t kCommitSelector = 0x02;
 
 /// The answer to a GET of either control; nothing: a stall.
-[[nodiscard]] std::optional<Bytes> answerNegotiation(const CameraOptions &options, std::uint8_t selector,
-                                                     std::uint8_t request);
+[[nodiscard]] std::optional<Bytes> answerNegotiation(std::uint8_t selector, std::uint8_t request);
 
 /// Whether the camera takes `data` as a SET_CUR: any offer (probe), but only its own format as the last word
 /// (commit).
-[[nodiscard]] bool takesNegotiation(const CameraOptions &options, std::uint8_t selector,
-                                    std::span<const std::uint8_t> data);
+[[nodiscard]] bool takesNegotiation(std::uint8_t selector, std::span<const std::uint8_t> data);
 
 }  // namespace simulator::usbip

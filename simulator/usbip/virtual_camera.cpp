@@ -13,9 +13,6 @@ namespace {
 /// Requests that reset an endpoint. A host ends a bulk stream with one of them, since there is no alternate
 /// setting without the endpoint to choose (uvcvideo clears the endpoint's halt).
 bool resetsVideoEndpoint(const usb::SetupPacket &setup, std::uint8_t streamingInterface) {
-    constexpr std::uint8_t kClearFeature = 0x01;
-    constexpr std::uint8_t kSetConfiguration = 0x09;
-    constexpr std::uint8_t kSetInterface = 0x0B;
     if (kindOf(setup) != kStandardRequest) return false;
     if (recipientOf(setup) == kToEndpoint)
         return setup.request == kClearFeature && setup.index == kVideoEndpoint;
@@ -108,12 +105,11 @@ std::optional<Bytes> VirtualCamera::answerVideoControl(const usb::SetupPacket &s
 
 std::optional<Bytes> VirtualCamera::answerVideoStreaming(const usb::SetupPacket &setup,
                                                          std::span<const std::uint8_t> data) const {
-    const CameraOptions &options = model_->options();
-    if (interfaceOf(setup) != videoStreamingInterface(options) || unitOf(setup) != 0) return std::nullopt;
-    if (isAnswered(setup)) return answerNegotiation(options, selectorOf(setup), setup.request);
+    if (interfaceOf(setup) != videoStreamingInterface(model_->options()) || unitOf(setup) != 0)
+        return std::nullopt;
+    if (isAnswered(setup)) return answerNegotiation(selectorOf(setup), setup.request);
 
-    const bool taken =
-        setup.request == request::kSetCur && takesNegotiation(options, selectorOf(setup), data);
+    const bool taken = setup.request == request::kSetCur && takesNegotiation(selectorOf(setup), data);
     return taken ? std::optional(Bytes{}) : std::nullopt;
 }
 
