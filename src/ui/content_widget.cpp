@@ -40,32 +40,29 @@ QHBoxLayout *makeCentredRow(std::initializer_list<QWidget *> items) {
     return row;
 }
 
-/// The words of one row. Its buttons read like those of the other rows; their accessible names tell them
-/// apart.
+/// The words of one row. Its buttons read like those of the other rows; their accessible names go on with
+/// what is added or removed.
 struct RowWords {
     QString label;
     QString objectName;
     QString pickerDescription;
-    QString addName;
+    QString added;
     QString addDescription;
-    QString removeName;
+    QString removed;
     QString removeDescription;
 };
 
 const std::array<RowWords, 3> &rowWords() {
     static const std::array<RowWords, 3> words{
-        {{u"Centro"_s, u"Centro"_s, u"Elige el centro cuyas aulas se muestran"_s, u"Añadir un centro"_s,
-          u"Pregunta el nombre y crea un centro vacío"_s, u"Eliminar el centro"_s,
+        {{u"Centro"_s, u"Centro"_s, u"Elige el centro cuyas aulas se muestran"_s, u"un centro"_s,
+          u"Pregunta el nombre y crea un centro vacío"_s, u"el centro"_s,
           u"Elimina el centro elegido con todas sus aulas, tras preguntar"_s},
          {u"Aula/Espacio"_s, u"Aula"_s, u"Elige el aula o espacio cuyas escenas se muestran"_s,
-          u"Añadir un aula o espacio"_s,
-          u"Pregunta el nombre y crea un aula sin escenas en el centro elegido"_s,
-          u"Eliminar el aula o espacio"_s,
-          u"Elimina el aula elegida con todas sus escenas, tras preguntar"_s},
-         {u"Escena"_s, u"Escena"_s, u"Elige una escena y lleva la cámara a su posición"_s,
-          u"Añadir una escena"_s,
-          u"Pregunta el nombre y guarda la posición actual de la cámara como escena"_s,
-          u"Eliminar la escena"_s, u"Elimina la escena elegida, tras preguntar"_s}}};
+          u"un aula o espacio"_s, u"Pregunta el nombre y crea un aula sin escenas en el centro elegido"_s,
+          u"el aula o espacio"_s, u"Elimina el aula elegida con todas sus escenas, tras preguntar"_s},
+         {u"Escena"_s, u"Escena"_s, u"Elige una escena y lleva la cámara a su posición"_s, u"una escena"_s,
+          u"Pregunta el nombre y guarda la posición actual de la cámara como escena"_s, u"la escena"_s,
+          u"Elimina la escena elegida, tras preguntar"_s}}};
     return words;
 }
 
@@ -194,8 +191,9 @@ QWidget *ContentWidget::makeRightColumn() {
         auto *label = new QLabel(words.label, column);
         label->setBuddy(row.picker);
         describe(*row.picker, u"picker"_s + words.objectName, words.label, words.pickerDescription);
-        describe(*row.add, u"buttonAdd"_s + words.objectName, words.addName, words.addDescription);
-        describe(*row.remove, u"buttonRemove"_s + words.objectName, words.removeName,
+        describe(*row.add, u"buttonAdd"_s + words.objectName, row.add->text() + u' ' + words.added,
+                 words.addDescription);
+        describe(*row.remove, u"buttonRemove"_s + words.objectName, row.remove->text() + u' ' + words.removed,
                  words.removeDescription);
 
         grid->addWidget(label, line, 0);

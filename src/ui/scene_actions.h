@@ -4,7 +4,7 @@ class ContentView;
 
 namespace ui {
 
-/// What the "Añadir" and "Eliminar" buttons do. Each asks the user first, changes the tree in memory, then
+/// What the buttons beside the pickers do. Each asks the user first, changes the tree in memory, then
 /// the disk, and ends with exactly one refresh at the level that changed. A cancelled or empty answer, and
 /// the name of a centre or room that is there already, change nothing and say nothing.
 

@@ -24,6 +24,7 @@ ROWS = [
     ("Aula/Espacio", "Añadir un aula o espacio", "Eliminar el aula o espacio"),
     ("Escena", "Añadir una escena", "Eliminar la escena"),
 ]
+ADD_ROOM, REMOVE_ROOM = ROWS[1][1:]
 
 
 class Wrong(Exception):
@@ -201,10 +202,10 @@ def a_centre_a_room_a_scene(program):
     expect("chosen by key", program.focused, [("combo box", "Anexo")])
     for label in ("Aula/Espacio", "Escena"):
         expect(f"the picker «{label}» cannot be used", lambda: not has(program.picker(label), "sensitive"))
-    for button in ("Eliminar el aula o espacio", "Añadir una escena", "Eliminar la escena"):
+    for button in (REMOVE_ROOM, "Añadir una escena", "Eliminar la escena"):
         expect(f"«{button}» cannot be used", lambda: not program.is_usable("push button", button))
 
-    add(program, "Añadir un aula o espacio", "Introduzca el nombre del aula o espacio", "Taller")
+    add(program, ADD_ROOM, "Introduzca el nombre del aula o espacio", "Taller")
     expect("«Añadir una escena» can be used", lambda: program.is_usable("push button", "Añadir una escena"))
     before = program.texts("frame", PREVIEW)[0]
     program.press("Derecha")
@@ -214,12 +215,7 @@ def a_centre_a_room_a_scene(program):
 
     # A button that can no longer be used hands the focus to its neighbour.
     remove(program, "Eliminar la escena", "¿Seguro que desea eliminar la escena?", "Añadir una escena")
-    remove(
-        program,
-        "Eliminar el aula o espacio",
-        "¿Seguro que desea eliminar el aula o espacio?",
-        "Añadir un aula o espacio",
-    )
+    remove(program, REMOVE_ROOM, "¿Seguro que desea eliminar el aula o espacio?", ADD_ROOM)
     remove(program, "Eliminar el centro", "¿Seguro que desea eliminar el centro?", "Eliminar el centro")
 
 
