@@ -25,18 +25,17 @@ class ApplicationTest : public support::BenchTest, protected support::WindowUser
     struct AnsweredPanels : platform::FilePanels {
         void beginSavePanel(const std::string &name, const std::optional<std::string> &folder,
                             std::function<void(std::string)> chosen) override {
-            presetName = name;
+            said = name;
             startFolder = folder;
             if (savePath) chosen(*savePath);
         }
-        std::optional<std::string> runOpenPanel(const std::string &panelTitle,
+        std::optional<std::string> runOpenPanel(const std::string &title,
                                                 const std::optional<std::string> &folder) override {
-            title = panelTitle;
+            said = title;
             startFolder = folder;
             return openPath;
         }
-        std::string presetName;
-        std::string title;
+        std::string said;  ///< the name in the field, or the title
         std::optional<std::string> startFolder;
         std::optional<std::string> savePath;
         std::optional<std::string> openPath;
@@ -69,24 +68,19 @@ class ApplicationTest : public support::BenchTest, protected support::WindowUser
     /// Ends the program and starts it anew: nothing but the disk and the camera remembers.
     void restart() {
         delegate_.reset();
-        Gruposss.clear();
         launch();
     }
 
-    /// Every command of the menu, in its order.
-    QList<QAction *> menuCommands() {
-        QList<QAction *> commands;
-        for (QAction *menu : delegate_->mainWindow()->menuBar()->actions())
-            for (QAction *command : menu->menu()->actions())
-                if (!command->isSeparator()) commands.append(command);
-        return commands;
-    }
-
+    /// The command of that object name, wherever the menu has it.
     void command(const char *name) {
-        for (QAction *action : menuCommands())
-            if (action->objectName() == QLatin1String(name)) return action->trigger();
+        for (QAction *menu : delegate_->mainWindow()->menuBar()->actions())
+            for (QAction *action : menu->menu()->actions())
+                if (action->objectName() == QLatin1String(name)) return action->trigger();
         ADD_FAILURE() << "no command " << name;
     }
+
+    /// Control and `key`, while a picker has the keyboard.
+    void shortcut(Qt::Key key) { QTest::keyClick(picker("pickerCentro"), key, Qt::ControlModifier); }
 
     std::shared_ptr<AnsweredPanels> panels_ = std::make_shared<AnsweredPanels>();
     std::shared_ptr<RecordedPages> pages_ = std::make_shared<RecordedPages>();

@@ -11,6 +11,7 @@ using Journey = ApplicationTest;
 
 TEST_F(Journey, FromAnEmptyStoreToASavedSceneThatIsThereTomorrow) {
     launch();
+    EXPECT_EQ(entries("pickerCentro"), QStringList({" Sin grupo"}));
     EXPECT_EQ(bench_.panTiltSets(), 0);
 
     alerts_.accept("Norte");
@@ -36,24 +37,19 @@ TEST_F(Journey, FromAnEmptyStoreToASavedSceneThatIsThereTomorrow) {
     EXPECT_EQ(bench_.camera->target().pan, -57600);
     EXPECT_EQ(bench_.camera->target().zoom, 40);
 
-    alerts_.accept();
-    click("buttonRemoveEscena");
-    alerts_.accept();
-    click("buttonRemoveAula");
-    alerts_.accept();
-    click("buttonRemoveCentro");
-    EXPECT_TRUE(onDisk("Presets"));
+    for (const char *button : {"buttonRemoveEscena", "buttonRemoveAula", "buttonRemoveCentro"}) {
+        alerts_.accept();
+        click(button);
+    }
     EXPECT_TRUE(std::filesystem::is_empty(documents_.path() / "Presets"));
 }
 
 TEST_F(Journey, ExportImportAndRestartBringTheStoreOneLevelDeeper) {
-    PresetToFile("Presets/x.presets", {});  // refused: there is no folder yet
-    crearDirectorioSiNoExiste("Presets/Norte");
-    PresetToFile("Presets/Norte/Sala.presets", {scene("Uno", 1, 2, 3)});
-    PresetToFile("Presets/Suelta.presets", {scene("Dos", 4, 5, 6)});
+    storeRoom("Norte", "Sala", {scene("Uno", 1, 2, 3)});
+    storeRoom(scenes::kNoCentre, "Suelta", {scene("Dos", 4, 5, 6)});
     launch();
     panels_->savePath = (documents_.downloads() / "copia").string();
-    command("ExportPresets");
+    shortcut(Qt::Key_E);
     ASSERT_TRUE(std::filesystem::exists(documents_.downloads() / "copia.prs"));
 
     alerts_.accept();
@@ -61,7 +57,7 @@ TEST_F(Journey, ExportImportAndRestartBringTheStoreOneLevelDeeper) {
     click("buttonRemoveCentro");
     panels_->openPath = (documents_.downloads() / "copia.prs").string();
     for (int i = 0; i < 3; ++i) alerts_.accept();
-    command("ImportPresets");
+    shortcut(Qt::Key_I);
     EXPECT_EQ(entries("pickerCentro"), QStringList({" Sin grupo"}));  // only after a restart
     restart();
 
@@ -74,15 +70,12 @@ TEST_F(Journey, ExportImportAndRestartBringTheStoreOneLevelDeeper) {
 TEST_F(Journey, NamesOfAnyKindCreateAndRemoveNothingOutsideTheStore) {
     launch();
     std::filesystem::create_directories(documents_.root() / "ajena");
-    const std::string manyLetters(300, 'a');
-    for (const std::string &name : {std::string("../ajena"), std::string(".."), std::string("/"),
-                                    std::string("a/b"), std::string("-rf"), manyLetters}) {
+    for (const char *name : {"../ajena", "../../ajena", "..", "/", "a/b", "-rf"}) {
         for (const char *button : {"buttonAddCentro", "buttonAddAula"}) {
             alerts_.accept(name);
             click(button);
         }
-        if (!entries("pickerCentro").contains(QString::fromStdString(name))) continue;
-        choose("pickerCentro", name.c_str());
+        choose("pickerCentro", name);
         alerts_.accept();
         click("buttonRemoveCentro");
     }
@@ -113,8 +106,7 @@ TEST_F(Journey, CameraUnpluggedBeforeANudgeEndsTheProgramAfterTheRealAlert) {
 }
 
 TEST_F(Journey, StartWithoutACameraShowsTheAlertBeforeAnyWindow) {
-    crearDirectorioSiNoExiste("Presets");
-    PresetToFile("Presets/Sala.presets", {scene("Uno", 1, 2, 3)});
+    storeRoom(scenes::kNoCentre, "Sala", {scene("Uno", 1, 2, 3)});
     bench_.bus->unplug(bench_.camera);
     EXPECT_EXIT(launch(), testing::ExitedWithCode(0), "");
 }

@@ -2,8 +2,8 @@
 
 #include <set>
 
-#include "product/product.h"
 #include "application_fixture.h"
+#include "product/product.h"
 
 namespace {
 
@@ -11,29 +11,30 @@ using MenuTest = ApplicationTest;
 using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStdout;
 
-TEST_F(MenuTest, NudgesMoveOneUnitFromWhereTheCameraPoints) {
+TEST_F(MenuTest, ShortcutsNudgeByOneUnitFromWhereTheCameraPointsAndFromAPickerToo) {
     launch();
     struct Row {
-        const char *command;
+        Qt::Key key;
         double pan, tilt, zoom;
     };
     for (const Row &row :
-         {Row{"Mover_Derecha_Delegate", 3600, 0, 0}, Row{"Mover_Arriba_Delegate", 3600, 3600, 0},
-          Row{"Mover_ZoomIn_Delegate", 3600, 3600, 10}, Row{"Mover_Izquierda_Delegate", 0, 3600, 10},
-          Row{"Mover_Izquierda_Delegate", -3600, 3600, 10}, Row{"Mover_Abajo_Delegate", -3600, 0, 10},
-          Row{"Mover_ZoomOut_Delegate", -3600, 0, 0}, Row{"Mover_ZoomOut_Delegate", -3600, 0, 0}}) {
-        command(row.command);
+         {Row{Qt::Key_Right, 3600, 0, 0}, Row{Qt::Key_Up, 3600, 3600, 0}, Row{Qt::Key_Plus, 3600, 3600, 10},
+          Row{Qt::Key_Left, 0, 3600, 10}, Row{Qt::Key_Left, -3600, 3600, 10}, Row{Qt::Key_Down, -3600, 0, 10},
+          Row{Qt::Key_Minus, -3600, 0, 0}, Row{Qt::Key_Minus, -3600, 0, 0}}) {
+        shortcut(row.key);
         const auto target = bench_.camera->target();
         EXPECT_THAT((std::vector{target.pan, target.tilt, target.zoom}),
                     testing::ElementsAre(row.pan, row.tilt, row.zoom))
-            << row.command;
+            << row.key;
     }
 }
 
 TEST_F(MenuTest, NudgesBeforeTheLaunchDoNothing) {
     AppDelegate delegate;
-    delegate.Mover_Derecha_Delegate();
-    delegate.Mover_ZoomIn_Delegate();
+    for (const auto nudge : {&AppDelegate::Mover_Izquierda_Delegate, &AppDelegate::Mover_Derecha_Delegate,
+                             &AppDelegate::Mover_Arriba_Delegate, &AppDelegate::Mover_Abajo_Delegate,
+                             &AppDelegate::Mover_ZoomIn_Delegate, &AppDelegate::Mover_ZoomOut_Delegate})
+        (delegate.*nudge)();
     EXPECT_TRUE(bench_.camera->transfers().empty());
 }
 
@@ -41,10 +42,8 @@ TEST_F(MenuTest, PagesOpenInTheBrowser) {
     launch();
     CaptureStdout();
     command("PaginaZEL");
-    EXPECT_EQ(GetCapturedStdout(), "Menú!\n");
-    CaptureStdout();
     command("PaginaMultimodal");
-    EXPECT_EQ(GetCapturedStdout(), "");
+    EXPECT_EQ(GetCapturedStdout(), "Menú!\n") << "of the first alone";
     EXPECT_THAT(pages_->opened,
                 testing::ElementsAre(product::kRemoteTeachingPage, product::kBlendedLearningPage));
 }
@@ -54,38 +53,30 @@ TEST_F(MenuTest, AboutBoxShowsTheVersionInItsTitle) {
     command("AcercaDe");
     ASSERT_EQ(alerts_.shown().size(), 1u);
     const auto &about = alerts_.shown().front();
+    EXPECT_EQ(about.messageText, product::kMakerSentence);
     EXPECT_EQ(about.windowTitle, "Versión 1.0");
     EXPECT_THAT(about.informativeText, testing::MatchesRegex("Para mas información, contacte con .+@.+"));
     EXPECT_THAT(about.buttons, testing::ElementsAre("Aceptar"));
 }
 
-TEST_F(MenuTest, EveryCommandIsReachableByKeyboardAndNoTwoShareAShortcut) {
+TEST_F(MenuTest, EveryCommandIsReadAndReachedByKeyboard) {
     launch();
-    std::set<QString> shortcuts;
-    for (const QAction *menu : delegate_->mainWindow()->menuBar()->actions()) {
+    QStringList read;
+    for (QAction *menu : delegate_->mainWindow()->menuBar()->actions()) {
         std::set<QChar> mnemonics;
+        read.append(menu->text().remove(u'&') + u':');
         for (const QAction *command : menu->menu()->actions()) {
+            const QString title = command->text();
+            read.last() += command->isSeparator() ? QStringLiteral(" /") : u' ' + QString(title).remove(u'&');
             if (command->isSeparator()) continue;
-            const qsizetype ampersand = command->text().indexOf(u'&');
-            ASSERT_GE(ampersand, 0) << command->text().toStdString();
-            EXPECT_TRUE(mnemonics.insert(command->text().at(ampersand + 1).toLower()).second)
-                << command->text().toStdString();
-            for (const QKeySequence &shortcut : command->shortcuts())
-                EXPECT_TRUE(shortcuts.insert(shortcut.toString()).second)
-                    << shortcut.toString().toStdString();
+            EXPECT_TRUE(mnemonics.insert(title[title.indexOf(u'&') + 1].toLower()).second)
+                << title.toStdString();
         }
     }
-    EXPECT_EQ(menuCommands().size(), 12);  // the eleven commands and "Salir"
-}
-
-TEST_F(MenuTest, ShortcutsMoveTheCameraFromAPickerToo) {
-    launch();
-    auto *picker = find<QComboBox>("pickerCentro");
-    picker->setFocus();
-    QTest::keyClick(picker, Qt::Key_Right, Qt::ControlModifier);
-    QTest::keyClick(picker, Qt::Key_Plus, Qt::ControlModifier);
-    EXPECT_EQ(bench_.camera->target().pan, 3600);
-    EXPECT_EQ(bench_.camera->target().zoom, 10);
+    EXPECT_EQ(read, QStringList({"Archivo: Importar escenas… Exportar escenas… / Salir",
+                                 "Cámara: Mover a la izquierda Mover a la derecha Mover hacia arriba Mover "
+                                 "hacia abajo / Acercar Alejar",
+                                 "Ayuda: Soporte a la docencia remota Docencia multimodal / Acerca de…"}));
 }
 
 }  // namespace

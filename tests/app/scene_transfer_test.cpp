@@ -1,10 +1,9 @@
-#include "app/app_delegate.h"
-
 #include <gmock/gmock.h>
 
 #include <QDate>
 #include <fstream>
 
+#include "app/app_delegate.h"
 #include "application_fixture.h"
 
 namespace {
@@ -40,7 +39,7 @@ TEST_F(SceneTransfer, ExportRunsTheUnquotedCommandAndPrintsIt) {
     EXPECT_EQ(GetCapturedStdout(), "/tmp/mi copia\n" + command + "\n");
     EXPECT_THAT(shell_->ran, ElementsAre(ElementsAre(command)));
     EXPECT_EQ(panels_->startFolder, documents_.path().string());
-    EXPECT_EQ(panels_->presetName, QDate::currentDate().toString(Qt::ISODate).toStdString());
+    EXPECT_EQ(panels_->said, QDate::currentDate().toString(Qt::ISODate).toStdString());
 
     documents_.setDocumentsMissing(true);
     AppDelegate().ExportPresets();
@@ -57,7 +56,7 @@ TEST_F(SceneTransfer, ImportWarnsAsksRunsAndReportsSuccessWhateverHappened) {
         "ditto -v -V -k -x /tmp/escenas.prs " + documents_.path().string() + "/Presets";
     EXPECT_EQ(GetCapturedStdout(), "Ejecutando: " + command + "\n");
     EXPECT_THAT(shell_->ran, ElementsAre(ElementsAre(command)));
-    EXPECT_EQ(panels_->title, "Escoge un fichero de escenas");
+    EXPECT_EQ(panels_->said, "Escoge un fichero de escenas");
     EXPECT_EQ(panels_->startFolder, documents_.downloads().string());
 
     ASSERT_EQ(alerts_.shown().size(), 3u);
@@ -72,19 +71,17 @@ TEST_F(SceneTransfer, ImportStopsAtEveryNo) {
         const char *name;
         std::optional<std::string> path;
         bool documentsMissing;
-        bool confirmed;
         std::size_t alerts;
         const char *printed;
     };
-    for (const Row &row : {Row{"panel cancelled", std::nullopt, false, true, 1, ""},
-                           Row{"capital extension", "/tmp/escenas.PRS", false, true, 1, ""},
-                           Row{"no extension", "/tmp/x.prs/escenas", false, true, 1, ""},
-                           Row{"only an extension", "/tmp/.prs", false, true, 1, ""},
-                           Row{"no Documents", "/tmp/escenas.prs", true, true, 1, "Error 349\n"},
-                           Row{"not confirmed", "/tmp/escenas.prs", false, false, 2, ""}}) {
+    for (const Row &row : {Row{"panel cancelled", std::nullopt, false, 1, ""},
+                           Row{"capital extension", "/tmp/escenas.PRS", false, 1, ""},
+                           Row{"no extension", "/tmp/x.prs/escenas", false, 1, ""},
+                           Row{"only an extension", "/tmp/.prs", false, 1, ""},
+                           Row{"no Documents", "/tmp/escenas.prs", true, 1, "Error 349\n"},
+                           Row{"not confirmed", "/tmp/escenas.prs", false, 2, ""}}) {
         support::AnsweredAlerts alerts;
-        alerts.accept();
-        if (!row.confirmed) alerts.cancel();
+        alerts.accept();  // the first; the next is cancelled
         panels_->openPath = row.path;
         documents_.setDocumentsMissing(row.documentsMissing);
         CaptureStdout();

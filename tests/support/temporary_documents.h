@@ -19,7 +19,8 @@ namespace support {
 class TemporaryDocuments {
  public:
     TemporaryDocuments()
-        : previous_(platform::services()), root_(makeRoot()), folders_(std::make_shared<Folders>(root_)) {
+        : previous_(platform::services()), root_(makeRoot()), folders_(std::make_shared<Folders>()) {
+        folders_->root = root_;
         std::filesystem::create_directories(path());
         std::filesystem::create_directories(downloads());
         install(folders_);
@@ -46,27 +47,18 @@ class TemporaryDocuments {
 
     /// From now on the platform knows no Documents folder (or knows it again); the folder itself stays.
     void setDocumentsMissing(bool missing) { folders_->documentsMissing = missing; }
-    void setDownloadsMissing(bool missing) { folders_->downloadsMissing = missing; }
 
  private:
-    class Folders final : public platform::UserFolders {
-     public:
-        explicit Folders(std::filesystem::path root) : root_(std::move(root)) {}
-
+    struct Folders final : platform::UserFolders {
         [[nodiscard]] std::optional<std::string> documents() const override {
             if (documentsMissing) return std::nullopt;
-            return (root_ / "Documents").string();
+            return (root / "Documents").string();
         }
         [[nodiscard]] std::optional<std::string> downloads() const override {
-            if (downloadsMissing) return std::nullopt;
-            return (root_ / "Downloads").string();
+            return (root / "Downloads").string();
         }
-
+        std::filesystem::path root;
         bool documentsMissing = false;
-        bool downloadsMissing = false;
-
-     private:
-        std::filesystem::path root_;
     };
 
     /// A test that cannot have its folder must not fall back to somebody's real one.

@@ -2,12 +2,30 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QComboBox>
-#include <QCoreApplication>
+#include <QFont>
 #include <QPushButton>
 #include <QTest>
 
 namespace support {
+
+/// The desktop's font has that size as long as this object lives.
+class DesktopFont {
+ public:
+    explicit DesktopFont(int points) : before_(QApplication::font()) {
+        QFont font = before_;
+        font.setPointSize(points);
+        QApplication::setFont(font);
+        QApplication::processEvents();
+    }
+    ~DesktopFont() { QApplication::setFont(before_); }
+    DesktopFont(const DesktopFont &) = delete;
+    DesktopFont &operator=(const DesktopFont &) = delete;
+
+ private:
+    QFont before_;
+};
 
 /// Clicks and chooses in a window as a person does, who knows its parts by their object names.
 class WindowUser {
@@ -24,7 +42,7 @@ class WindowUser {
 
     void click(const char *name) {
         QTest::mouseClick(button(name), Qt::LeftButton);
-        QCoreApplication::processEvents();
+        QApplication::processEvents();
     }
 
     void choose(const char *name, const char *entry) {
@@ -33,7 +51,7 @@ class WindowUser {
         ASSERT_GE(index, 0) << entry;
         while (box->currentIndex() != index)
             QTest::keyClick(box, box->currentIndex() < index ? Qt::Key_Down : Qt::Key_Up);
-        QCoreApplication::processEvents();
+        QApplication::processEvents();
     }
 
     [[nodiscard]] QStringList entries(const char *name) const {

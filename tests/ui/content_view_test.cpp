@@ -21,24 +21,7 @@ std::vector<bool> flags(const ContentView &view) {
             view.ListaEscenasDisabled, view.buttonRemoveEscenaDisabled};
 }
 
-class ContentViewTest : public support::BenchTest {
- protected:
-    void choose(ContentView &view, const std::string &centre) {
-        const auto at = std::find(ListaGrupos.begin(), ListaGrupos.end(), centre);
-        ASSERT_NE(at, ListaGrupos.end());
-        view.selectedGrupo = at - ListaGrupos.begin();
-        view.actualizarSubgrupos();
-    }
-};
-
-TEST_F(ContentViewTest, EmptyStoreShowsOnlyThePlaceholderAndLeavesTheCameraAlone) {
-    ContentView view;
-    EXPECT_THAT(ListaGrupos, ElementsAre(" Sin grupo"));
-    EXPECT_TRUE(ListaSubgrupos.empty());
-    EXPECT_TRUE(ListaEscenas.empty());
-    EXPECT_THAT(flags(view), ElementsAre(true, true, true, true, true));
-    EXPECT_TRUE(bench_.camera->transfers().empty());
-}
+using ContentViewTest = support::BenchTest;
 
 TEST_F(ContentViewTest, CascadeTellsItsStepsAndEndsWithOneMove) {
     storeRoom(" Sin grupo", "b", {scene("Uno", 10, 0, 50)});
@@ -60,66 +43,62 @@ TEST_F(ContentViewTest, CascadeTellsItsStepsAndEndsWithOneMove) {
     EXPECT_EQ(view.SliderZoomValue, 70.0);
 }
 
-TEST_F(ContentViewTest, FlagsFollowTheTree) {
+TEST_F(ContentViewTest, NothingToShowEmptiesTheListsAndLeavesTheCameraAlone) {
     storeSample();
     ContentView view;
-    choose(view, "Norte");
-    view.selectedSubgrupo = 2;
-    view.actualizarEscenas();
-    EXPECT_THAT(flags(view), ElementsAre(false, false, false, true, true));
-
-    bench_.camera->forgetTransfers();
-    choose(view, "Sur");
+    EXPECT_THAT(ListaGrupos, ElementsAre(" Sin grupo", "Norte", "Sur"));
     EXPECT_THAT(flags(view), ElementsAre(true, true, true, true, true));
-    EXPECT_TRUE(ListaSubgrupos.empty());
-    EXPECT_TRUE(ListaEscenas.empty());
-    EXPECT_EQ(view.selectedSubgrupo, 2);
     EXPECT_TRUE(bench_.camera->transfers().empty());
 
-    view.selectedGrupo = -1;
+    view.selectedGrupo = 1;
     view.actualizarSubgrupos();
-    EXPECT_THAT(flags(view), ElementsAre(true, true, true, true, true));
+    view.selectedSubgrupo = 2;
+    bench_.camera->forgetTransfers();
+    view.actualizarEscenas();
+    EXPECT_THAT(flags(view), ElementsAre(false, false, false, true, true));
+    for (const std::int64_t nothing : {2, 3, -1}) {
+        view.selectedGrupo = nothing;
+        view.actualizarSubgrupos();
+        EXPECT_THAT(flags(view), ElementsAre(true, true, true, true, true)) << nothing;
+        EXPECT_TRUE(ListaSubgrupos.empty() && ListaEscenas.empty()) << nothing;
+        EXPECT_EQ(view.selectedSubgrupo, 2) << nothing;
+    }
+    EXPECT_TRUE(bench_.camera->transfers().empty());
 }
 
 TEST_F(ContentViewTest, EveryRefreshWritesItsSelectionTwiceSoThatWatchersSeeAChange) {
     storeRoom(" Sin grupo", "Sala", {scene("Uno", 1, 1, 1)});
     ContentView view;
-    std::vector<std::string> writes;
-    view.selectedGrupo.observe(
-        [&](std::int64_t value) { writes.push_back("grupo " + std::to_string(value)); });
-    view.selectedSubgrupo.observe(
-        [&](std::int64_t value) { writes.push_back("subgrupo " + std::to_string(value)); });
-    view.selectedEscena.observe(
-        [&](std::int64_t value) { writes.push_back("escena " + std::to_string(value)); });
+    std::vector<std::pair<char, std::int64_t>> writes;
+    for (auto [level, field] : {std::pair{'g', &view.selectedGrupo}, std::pair{'s', &view.selectedSubgrupo},
+                                std::pair{'e', &view.selectedEscena}})
+        field->observe([&writes, level = level](std::int64_t value) { writes.emplace_back(level, value); });
     int redraws = 0;
     view.observeAllFields([&] { ++redraws; });
 
     view.actualizarGrupos();
-    EXPECT_THAT(writes,
-                ElementsAre("grupo 500", "grupo 0", "subgrupo -1", "subgrupo 0", "escena -1", "escena 0"));
+    EXPECT_THAT(writes, ElementsAre(std::pair('g', 500), std::pair('g', 0), std::pair('s', -1),
+                                    std::pair('s', 0), std::pair('e', -1), std::pair('e', 0)));
     EXPECT_EQ(redraws, 17);  // those six, eight flags and the three sliders
 }
 
-TEST_F(ContentViewTest, WithoutASceneTheCameraGoesToTheOrigin) {
-    storeSample();
+TEST_F(ContentViewTest, WithoutASceneTheCameraGoesToTheOriginAndWithoutACameraTheFieldsFollow) {
+    storeRoom(" Sin grupo", "Sala", {scene("Uno", 1, 2, 3)});
     ContentView view;
-    choose(view, "Norte");
-    Gruposss["Norte"].erase("aula A");
+    Gruposss[" Sin grupo"].erase("Sala");
     view.PickerEscenaChanged();
     EXPECT_EQ(bench_.camera->target().pan, 0);
-    EXPECT_EQ(bench_.camera->target().zoom, 0);
     EXPECT_EQ(view.SliderPanValue, 0.0);
-}
 
-TEST_F(ContentViewTest, DemoModeFollowsTheSelectionWithoutACamera) {
-    storeRoom(" Sin grupo", "Sala", {scene("Uno", 1, 2, 3)});
+    bench_.camera->forgetTransfers();
     DemoMode = true;
-    ContentView view;
+    Gruposss = obtenerPresets();
+    view.PickerEscenaChanged();
     EXPECT_EQ(view.SliderZoomValue, 3.0);
     EXPECT_TRUE(bench_.camera->transfers().empty());
 }
 
-TEST_F(ContentViewTest, ImpossibleSelectionsAndZoomsAreFatal) {
+TEST_F(ContentViewTest, ImpossibleSelectionsAndZoomsPastTheirLimitsAreFatal) {
     storeRoom(" Sin grupo", "Sala", {scene("Uno", 1, 2, 3)});
     const auto after = [](const std::function<void(ContentView &)> &prepare, void (ContentView::*act)()) {
         ContentView view;
@@ -133,26 +112,26 @@ TEST_F(ContentViewTest, ImpossibleSelectionsAndZoomsAreFatal) {
         {[](ContentView &v) { v.selectedGrupo = 1; }, &ContentView::actualizarEscenas},
         {[](ContentView &) { Gruposss.clear(); }, &ContentView::actualizarSubgrupos},
         {[](ContentView &) { Gruposss[" Sin grupo"]["Sala"][0].Zoom = 2147483648; },
+         &ContentView::PickerEscenaChanged},
+        {[](ContentView &) { Gruposss[" Sin grupo"]["Sala"][0].Zoom = -2147483649; },
          &ContentView::PickerEscenaChanged}};
     for (const auto &[prepare, act] : rows) EXPECT_EXIT(after(prepare, act), KilledBySignal(SIGABRT), "");
+    for (const std::int64_t limit : {INT64_C(-2147483648), INT64_C(2147483647)})
+        after([&](ContentView &) { Gruposss[" Sin grupo"]["Sala"][0].Zoom = limit; },
+              &ContentView::PickerEscenaChanged);
 }
 
 TEST_F(ContentViewTest, ACameraThatRefusesTheZoomEndsTheProgramWithTheDialog) {
     storeRoom(" Sin grupo", "Sala", {scene("Uno", 1, 2, 3)});
-    bench_.camera->refuse({1, 0x0B, support::kSetCur});
+    bench_.camera->refuse({support::kTerminal, support::kZoomAbs, support::kSetCur});
     EXPECT_EXIT(ContentView(), testing::ExitedWithCode(0), "unable to write new value to control zoom-abs");
 }
 
-TEST(ElementLists, TellWatchersOfTheirSelectionAndHaveAnIdEach) {
+TEST(ElementLists, CountTheirNamesAndHaveAnIdEach) {
     ContentView::L_Grupos centres;
-    ContentView::L_Subgrupos rooms;
-    std::vector<std::int64_t> seen;
-    centres.selectedElemento.observe([&](std::int64_t value) { seen.push_back(value); });
     centres.actualizaLista({"Norte", "Sur"});
-    centres.selectedElemento = 1;
-    EXPECT_THAT(seen, ElementsAre(1));
     EXPECT_EQ(centres.elementosCount(), 2);
-    EXPECT_NE(centres.id.get(), rooms.id.get());
+    EXPECT_NE(centres.id.get(), ContentView::L_Subgrupos().id.get());
 }
 
 }  // namespace
