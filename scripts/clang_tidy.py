@@ -39,16 +39,16 @@ def check(entry):
         tidy = ["clang-tidy", "-p", str(build), "--quiet", entry["file"]]
         result = subprocess.run(tidy, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         if result.returncode != 0:
-            return result.stdout
+            print(result.stdout, end="", flush=True)
+            return False
     stamp.touch()
-    return ""
+    return True
 
 
 tidy_version = output_of("clang-tidy", "--version")
 entries = {entry["file"]: entry for entry in json.loads((build / "compile_commands.json").read_text())}
 ours = [entry for file, entry in entries.items() if not pathlib.Path(file).is_relative_to(build)]
 with concurrent.futures.ThreadPoolExecutor(len(os.sched_getaffinity(0))) as pool:
-    complaints = [text for text in pool.map(check, ours) if text]
-print("".join(complaints), end="")
-print(f"clang-tidy: {len(ours)} files, {len(complaints)} with complaints", file=sys.stderr)
-sys.exit(1 if complaints or not ours else 0)
+    verdicts = list(pool.map(check, ours))
+print(f"clang-tidy: {len(ours)} files, {verdicts.count(False)} with complaints")
+sys.exit(0 if ours and all(verdicts) else 1)
