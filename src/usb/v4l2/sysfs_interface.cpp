@@ -79,6 +79,7 @@ std::vector<std::string> SysfsInterface::videoNodes() const {
 
     std::ranges::sort(numbers);
     std::vector<std::string> nodes;
+    nodes.reserve(numbers.size());
     for (const unsigned number : numbers) nodes.push_back("/dev/video" + std::to_string(number));
     return nodes;
 }

@@ -33,7 +33,7 @@ std::int32_t plainNumber(const Row &row, std::span<const std::uint8_t> data) {
     for (std::size_t i = 0; i < row.width; ++i) bits |= std::uint32_t{data[row.offset + i]} << (8 * i);
 
     const unsigned width = 8u * row.width;
-    const bool negative = row.isSigned && ((bits >> (width - 1)) & 1u) != 0;
+    const bool negative = row.isSigned && (data[std::size_t{row.offset} + row.width - 1u] & 0x80u) != 0;
     if (negative && width < 32) bits |= ~std::uint32_t{0} << width;
     return static_cast<std::int32_t>(bits);
 }
