@@ -83,7 +83,7 @@ TEST_F(FindingsTest, ATrialTellsWhetherTheCameraObeys) {
 TEST_F(FindingsTest, WithoutTheCameraTheVerdictSaysWhatIsThereInstead) {
     bus().unplug(room_->camera);
     expectSaid(examine(), {"[Fallo] No se ve ninguna cámara conectada", "[Fallo] No está conectada la cámara",
-                           "Se busca la identificación " + kIds + ".", "!Giro", "!Acceso"});
+                           "Se busca la identificación " + kIds, "!Giro", "!Acceso"});
     simulator::CameraOptions foreign;
     foreign.record.vendorId = 0x0123;
     foreign.record.productId = 0x00AB;
