@@ -13,7 +13,7 @@ case $(. /etc/os-release && echo "${VERSION_ID:-}") in
     12) RUN_PACKAGES+=(libqt6svg6) ;;
     *) RUN_PACKAGES+=(qt6-svg-plugins) ;;
 esac
-TEST_PACKAGES=(libgtest-dev libgmock-dev libumockdev-dev umockdev locales python3)
+TEST_PACKAGES=(libgtest-dev libgmock-dev locales python3)
 # To boot Debian's kernel in an emulated machine, and what the tests call in there.
 KERNEL_PACKAGES=(qemu-system-x86 busybox-static cpio kmod udev usbip v4l-utils iproute2 util-linux)
 # A compiler for a big-endian processor, what runs its programs here, and the tests' framework to build for it.
@@ -67,7 +67,8 @@ as_root() {
     fi
 }
 
-# build PRESET [cmake options...]: configures, in silence unless it fails, and builds.
+# build PRESET [cmake options...]: configures, in silence unless it fails, and builds all or, where they are named,
+# TARGETS.
 build() {
     local preset=$1 log=build/$1-configure.log
     shift
@@ -75,7 +76,8 @@ build() {
     # What ccache must overlook to store what is compiled with precompiled headers.
     export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS:-pch_defines,time_macros}
     cmake --preset "$preset" -DCMAKE_CXX_COMPILER_LAUNCHER="$(compiler_cache)" "$@" >"$log" 2>&1 || { cat "$log" >&2; return 1; }
-    cmake --build --preset "$preset"
+    # shellcheck disable=SC2086 # a list of words
+    cmake --build --preset "$preset" ${TARGETS:+--target $TARGETS}
 }
 
 # ccache where it is installed, unless g++ already stands for it; else nothing.

@@ -1,10 +1,10 @@
-#include "kernel/each_way.h"
+#include "kernel/each_backend.h"
 
 namespace guest {
 namespace {
 
-class PtzFunctions : public EachWay {};
-INSTANTIATE_TEST_SUITE_P(By, PtzFunctions, kBothWays, wayName);
+class PtzFunctions : public EachBackend {};
+INSTANTIATE_TEST_SUITE_P(By, PtzFunctions, kBothBackends, backendName);
 
 TEST_P(PtzFunctions, BeyondTheRangeGoesToItsLimitAndBetweenStepsIsRounded) {
     VirtualCamera camera;
@@ -28,14 +28,13 @@ TEST_P(PtzFunctions, OfTwoEqualCamerasTheLastListedMoves) {
     EXPECT_TRUE(setPanTiltPosition(72000, 36000));
     EXPECT_TRUE(setZoomPosition(77));
     EXPECT_EQ(getZoomPosition(), "77");
-    cameras.show("two cameras");
 
-    EXPECT_EQ(wayTaken(cameras), GetParam());
+    EXPECT_EQ(backendTaken(cameras), GetParam());
     ASSERT_EQ(cameras.transfers("SET_CUR", kPanTilt).size(), 1u);
     for (const LoggedTransfer &transfer : cameras.transfers()) EXPECT_EQ(transfer.camera, "1-1");
 }
 
-TEST(DriverComesAndGoes, TheNextCallTakesTheOtherWay) {
+TEST(DriverComesAndGoes, TheNextCallTakesTheOtherBackend) {
     loadDriver();
     VirtualCamera camera;
     camera.plugIn();
@@ -44,12 +43,12 @@ TEST(DriverComesAndGoes, TheNextCallTakesTheOtherWay) {
     for (std::int32_t round = 1; round <= 2; ++round) {
         camera.forget();
         EXPECT_TRUE(setPanTiltPosition(3600 * round, 0));
-        EXPECT_EQ(wayTaken(camera), Way::uvcvideo);
+        EXPECT_EQ(backendTaken(camera), Backend::uvcvideo);
 
         unbindDriver(name);
         camera.forget();
         EXPECT_TRUE(setPanTiltPosition(7200 * round, 0));
-        EXPECT_EQ(wayTaken(camera), Way::libusb);
+        EXPECT_EQ(backendTaken(camera), Backend::libusb);
         EXPECT_EQ(getPanTiltPosition(), std::to_string(7200 * round) + ",0");
 
         // Fails unless libusb has let go of the interface.

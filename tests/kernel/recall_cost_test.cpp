@@ -5,7 +5,7 @@
 #include <csignal>
 #include <filesystem>
 
-#include "kernel/each_way.h"
+#include "kernel/each_backend.h"
 
 namespace guest {
 namespace {
@@ -19,7 +19,7 @@ struct Cost {
 /// The system calls until the process stops by itself, or ends.
 int countSystemCalls(pid_t process) {
     constexpr int kSystemCall = SIGTRAP | 0x80;
-    int stops = 0;  // one on the way in, one on the way out
+    int stops = 0;  // one on the backend in, one on the backend out
     for (int status = 0;; ++stops) {
         ::ptrace(PTRACE_SYSCALL, process, nullptr, nullptr);
         ::waitpid(process, &status, 0);
@@ -73,15 +73,15 @@ class ForeignDevices {
     ForeignDevices &operator=(const ForeignDevices &) = delete;
 };
 
-Cost measure(VirtualCamera &camera, Way way) {
-    choose(way);
-    if (way == Way::uvcvideo)
+Cost measure(VirtualCamera &camera, Backend backend) {
+    choose(backend);
+    if (backend == Backend::uvcvideo)
         requireSoon("the driver's node", [] { return captureNode(camerasOnBus().at(0)).has_value(); });
     camera.forget();
     const Cost cost = costOfRecall();
-    EXPECT_EQ(wayTaken(camera), way);
+    EXPECT_EQ(backendTaken(camera), backend);
     std::printf("%s, %d devices: %d system calls, %d allocations\n",
-                way == Way::uvcvideo ? "uvcvideo" : "libusb", devicesOnBus(), cost.systemCalls,
+                backend == Backend::uvcvideo ? "uvcvideo" : "libusb", devicesOnBus(), cost.systemCalls,
                 cost.allocations);
     return cost;
 }
@@ -90,17 +90,18 @@ TEST(RecallCost, IsSmallAndTheSameHoweverManyDevicesThereAre) {
     loadDriver();
     VirtualCamera camera;
     camera.plugIn();
-    const Cost driver = measure(camera, Way::uvcvideo);
+    const Cost driver = measure(camera, Backend::uvcvideo);
     EXPECT_LE(driver.systemCalls, 100);
     EXPECT_LE(driver.allocations, 150);
     // Each of its twelve transfers is seven system calls and one piece of memory of libusb's.
-    const Cost libusb = measure(camera, Way::libusb);
+    const Cost libusb = measure(camera, Backend::libusb);
     EXPECT_LE(libusb.systemCalls, 150);
     EXPECT_LE(libusb.allocations, 170);
 
     const ForeignDevices others;
-    for (const auto &[way, few] : {std::pair(Way::libusb, libusb), std::pair(Way::uvcvideo, driver)}) {
-        const Cost many = measure(camera, way);
+    for (const auto &[backend, few] :
+         {std::pair(Backend::libusb, libusb), std::pair(Backend::uvcvideo, driver)}) {
+        const Cost many = measure(camera, backend);
         EXPECT_LE(many.systemCalls, few.systemCalls + 2);
         // libusb lengthens its list by sixteen places at a time.
         EXPECT_LE(many.allocations, few.allocations + 4);

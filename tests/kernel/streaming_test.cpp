@@ -1,10 +1,11 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <regex>
+#include <cstdio>
+#include <sstream>
 
-#include "kernel/each_way.h"
-#include "usb/system_registry.h"
+#include "kernel/each_backend.h"
+#include "kernel/product_registry.h"
 
 namespace guest {
 namespace {
@@ -20,20 +21,18 @@ class Viewer {
     struct Frames {
         int whole = 0;
         int damaged = 0;
-        int lost = 0;
     };
     /// "cap dqbuf: 2 seq: 14 bytesused: 38400 ts: ...", with "error" among its flags for a damaged one.
     [[nodiscard]] Frames frames() const {
-        static const std::regex kFrame("cap dqbuf: *\\d+ seq: *(\\d+) bytesused: *(\\d+)(.*)");
         Frames frames;
-        int expected = -1;
-        const std::string text = program_.output();
-        for (std::sregex_iterator match(text.begin(), text.end(), kFrame), end; match != end; ++match) {
-            const bool whole = (*match)[2] == "38400" && (*match)[3].str().find("error") == std::string::npos;
+        std::istringstream lines(program_.output());
+        for (std::string line; std::getline(lines, line);) {
+            int bytes = 0;
+            const auto start = std::min(line.find("cap dqbuf:"), line.size());
+            if (std::sscanf(line.c_str() + start, "cap dqbuf: %*d seq: %*d bytesused: %d", &bytes) != 1)
+                continue;
+            const bool whole = bytes == 38400 && line.find("error") == std::string::npos;
             (whole ? frames.whole : frames.damaged) += 1;
-            const int number = std::stoi((*match)[1]);
-            if (expected >= 0) frames.lost += number - expected;
-            expected = number + 1;
         }
         return frames;
     }
@@ -54,15 +53,6 @@ std::pair<ino_t, long> identity(const std::string &node) {
     return {status.st_ino, status.st_ctim.tv_nsec};
 }
 
-std::optional<usb::InterfaceReport> reportOnTheCamera() {
-    const auto registry = usb::makeSystemRegistry();
-    const auto devices = registry->devices();
-    if (!devices) return std::nullopt;
-    for (const auto &device : *devices)
-        if (device->videoControl()) return registry->inspectInterface(device->locationId().value_or(0));
-    return std::nullopt;
-}
-
 TEST(Streaming, GoesOnUndisturbedWhileScenesAreRecalled) {
     constexpr int kFrames = 300;
     loadDriver();
@@ -75,9 +65,9 @@ TEST(Streaming, GoesOnUndisturbedWhileScenesAreRecalled) {
     Viewer viewer(node, kFrames);
     viewer.waitForFrames(1);
     const auto report = reportOnTheCamera();
-    ASSERT_TRUE(report && report->programs.size() == 1);
-    EXPECT_EQ(report->programs.front().name, "v4l2-ctl");
-    EXPECT_TRUE(report->programs.front().streams);
+    ASSERT_EQ(report.programs.size(), 1u);
+    EXPECT_EQ(report.programs.front().name, "v4l2-ctl");
+    EXPECT_TRUE(report.programs.front().streams);
 
     int recalls = 0;
     while (viewer.program().isRunning() && recalls < 1000) {
@@ -90,8 +80,8 @@ TEST(Streaming, GoesOnUndisturbedWhileScenesAreRecalled) {
     EXPECT_EQ(viewer.program().waitForEnd(seconds(1)), 0);
 
     const Viewer::Frames frames = viewer.frames();
-    std::printf("%d frames, %d damaged, %d lost, during %d recalls of a scene\n", frames.whole,
-                frames.damaged, frames.lost, recalls);
+    std::printf("%d frames, %d damaged, during %d recalls of a scene\n", frames.whole, frames.damaged,
+                recalls);
     EXPECT_EQ(frames.whole, kFrames);
     EXPECT_EQ(frames.damaged, 0);
     EXPECT_EQ(viewer.program().output().find("failed"), std::string::npos) << viewer.program().output();
@@ -101,31 +91,7 @@ TEST(Streaming, GoesOnUndisturbedWhileScenesAreRecalled) {
     EXPECT_EQ(camera.count("detach"), 0);
 }
 
-TEST(Streaming, UnpluggedInTheMiddleOfItAndPluggedInAgain) {
-    loadDriver();
-    VirtualCamera camera;
-    camera.plugIn();
-    const std::string node = captureNode(camerasOnBus().at(0)).value();
-    Viewer viewer(node, 100000);
-    viewer.waitForFrames(5);
-
-    camera.pullOutWithoutWaiting();
-    // The first calls may still see the camera.
-    requireSoon(
-        "a refusal", [] { return !setPanTiltPosition(3600, 3600); }, seconds(5));
-    camera.waitUntilGone();
-    EXPECT_FALSE(setZoomPosition(9));
-    EXPECT_EQ(getPanTiltPosition(), std::nullopt);
-    std::ignore = viewer.program().waitForEnd(seconds(10));
-
-    camera.plugIn();
-    camera.forget();
-    EXPECT_TRUE(setPanTiltPosition(36000, 0));
-    EXPECT_EQ(getPanTiltPosition(), "36000,0");
-    EXPECT_EQ(wayTaken(camera), Way::uvcvideo);
-}
-
-TEST(Streaming, ANodeThatComesBackUnderAnotherNumberIsFound) {
+TEST(Streaming, UnpluggedInTheMiddleOfItTheNodeIsFoundUnderItsNextNumber) {
     loadDriver();
     VirtualCamera camera;
     camera.plugIn();
@@ -135,6 +101,8 @@ TEST(Streaming, ANodeThatComesBackUnderAnotherNumberIsFound) {
     viewer.waitForFrames(1);
     viewer.program().signal(SIGSTOP);
     camera.pullOut();
+    EXPECT_FALSE(setZoomPosition(9));
+    EXPECT_EQ(getPanTiltPosition(), std::nullopt);
     camera.plugIn();
 
     EXPECT_NE(captureNode(camerasOnBus().at(0)).value(), first);

@@ -1,9 +1,4 @@
-#include <tuple>
-
-#include "kernel/each_way.h"
-#include "uvc/uvc_catalogue.h"
-#include "uvc/uvc_control.h"
-#include "uvc/uvc_controller.h"
+#include "kernel/each_backend.h"
 
 namespace guest {
 namespace {
@@ -11,33 +6,8 @@ namespace {
 /// Two requests of two seconds each, and two seconds more for the emulated machine.
 constexpr auto kSoon = seconds(6);
 
-class Unplugged : public EachWay {};
-INSTANTIATE_TEST_SUITE_P(By, Unplugged, kBothWays, wayName);
-
-TEST_P(Unplugged, BetweenEnumerationAndSet) {
-    VirtualCamera camera;
-    camera.plugIn();
-    const auto controllers = UVCController::uvcControllers();
-    ASSERT_TRUE(controllers);
-    const auto control = controllers->back()->controlWithName(UVCTerminalControlPanTiltAbsolute);
-    ASSERT_TRUE(control);
-    ASSERT_TRUE(control->setCurrentValueFromCString("{3600,3600}", 0));
-
-    camera.pullOut();
-    bool written = true;
-    EXPECT_LT(timeOf([&] { written = control->writeFromCurrentValue(); }), kSoon);
-    EXPECT_FALSE(written);
-    EXPECT_FALSE(control->readIntoCurrentValue());
-    EXPECT_FALSE(setPanTiltPosition(3600, 3600));
-    EXPECT_EQ(getPanTiltData(), std::nullopt);
-
-    camera.plugIn();
-    camera.forget();
-    // A control found before the cable came out is useless now, but does no harm.
-    std::ignore = control->writeFromCurrentValue();
-    EXPECT_TRUE(setPanTiltPosition(72000, -3600));
-    EXPECT_EQ(getPanTiltPosition(), "72000,-3600");
-}
+class Unplugged : public EachBackend {};
+INSTANTIATE_TEST_SUITE_P(By, Unplugged, kBothBackends, backendName);
 
 TEST_P(Unplugged, DuringARequest) {
     VirtualCamera camera({"--fault", "slow"});

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <ranges>
@@ -36,7 +35,6 @@ void settle() {
 /// The transfer of a log line; nothing unless it is a class request to a unit.
 std::optional<LoggedTransfer> parse(const std::string &line) {
     LoggedTransfer transfer;
-    transfer.line = line;
     std::istringstream words(line);
     words >> transfer.camera >> transfer.request;
     for (std::string word; words >> word;) {
@@ -142,11 +140,6 @@ int VirtualCamera::count(const std::string &event) const {
     return static_cast<int>(std::ranges::count_if(lines(), [&](const std::string &line) {
         return line.starts_with(event) || line.find(" " + event) != std::string::npos;
     }));
-}
-
-void VirtualCamera::show(const std::string &title) const {
-    std::printf("%s:\n", title.c_str());
-    for (const LoggedTransfer &transfer : transfers()) std::printf("    %s\n", transfer.line.c_str());
 }
 
 }  // namespace guest

@@ -10,7 +10,6 @@ namespace guest {
 
 /// One control transfer, as the camera has logged it.
 struct LoggedTransfer {
-    std::string line;
     std::string camera;    ///< "1-1", as the server calls it
     std::string request;   ///< "SET_CUR"
     std::string unit;      ///< "1"; empty for anything but a class request
@@ -51,8 +50,6 @@ class VirtualCamera {
                                                         const std::string &selector) const;
     /// How many lines are `camera event...`.
     [[nodiscard]] int count(const std::string &event) const;
-    /// Prints transfers() into the test's output.
-    void show(const std::string &title) const;
 
  private:
     [[nodiscard]] std::vector<std::string> allLines() const;

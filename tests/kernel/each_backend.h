@@ -12,28 +12,28 @@
 namespace guest {
 
 /// The backend that carries the requests to the camera.
-enum class Way { uvcvideo, libusb };
+enum class Backend { uvcvideo, libusb };
 
 /// Without uvcvideo in the kernel, only libusb can carry them; with it, libusb is refused.
-inline void choose(Way way) {
-    way == Way::uvcvideo ? loadDriver() : unloadDriver();
+inline void choose(Backend backend) {
+    backend == Backend::uvcvideo ? loadDriver() : unloadDriver();
 }
 
 /// A test that runs once through each backend.
-class EachWay : public ::testing::TestWithParam<Way> {
+class EachBackend : public ::testing::TestWithParam<Backend> {
  protected:
     void SetUp() override { choose(GetParam()); }
 };
 
-inline const auto kBothWays = ::testing::Values(Way::uvcvideo, Way::libusb);
+inline const auto kBothBackends = ::testing::Values(Backend::uvcvideo, Backend::libusb);
 
-inline std::string wayName(const ::testing::TestParamInfo<Way> &info) {
-    return info.param == Way::uvcvideo ? "uvcvideo" : "libusb";
+inline std::string backendName(const ::testing::TestParamInfo<Backend> &info) {
+    return info.param == Backend::uvcvideo ? "uvcvideo" : "libusb";
 }
 
 /// libusb asks GET_INFO before every set; the driver asked it once, when it found the camera.
-inline Way wayTaken(const VirtualCamera &camera) {
-    return camera.transfers("GET_INFO", kPanTilt).empty() ? Way::uvcvideo : Way::libusb;
+inline Backend backendTaken(const VirtualCamera &camera) {
+    return camera.transfers("GET_INFO", kPanTilt).empty() ? Backend::uvcvideo : Backend::libusb;
 }
 
 /// How long the call took.
