@@ -28,7 +28,7 @@ run_case() {
     mkdir -p "$folder"
     cd "$folder" || return
     dmesg --clear
-    timeout --kill-after=5 120 "$1" --gtest_filter="$2" --gtest_color=no >output 2>&1 || status=$?
+    timeout --kill-after=5 240 "$1" --gtest_filter="$2" --gtest_color=no >output 2>&1 || status=$?
     # The application's failure dialog ends a process with status 0: only GoogleTest's verdict counts.
     grep -qE '^\[  (PASSED  \] 1 test\.|SKIPPED \] 1 test, .*)$' output || [ $status -ne 0 ] || status=1
     dmesg >kernel
