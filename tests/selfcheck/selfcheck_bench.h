@@ -20,17 +20,18 @@
 /// A room with a camera, a store and an inspector that says how the camera is reached.
 class SelfcheckBench : public testing::Test, protected support::Store {
  protected:
-    using Options = simulator::CameraOptions;
-
     simulator::CameraModel &camera() { return *room_->camera; }
     simulator::SimulatedRegistry &bus() { return *room_->bus; }
+    /// How many requests have reached the camera.
+    std::size_t asked() { return camera().transfers().size(); }
     /// Another room, whose camera is of this kind.
-    simulator::CameraModel &plug(Options options) {
+    simulator::CameraModel &plug(simulator::CameraOptions options) {
         room_.emplace(std::move(options));
         return camera();
     }
     /// One more camera, at a port behind that of the first.
-    std::shared_ptr<simulator::CameraModel> plugAnother(Options options, std::vector<std::uint8_t> ports) {
+    std::shared_ptr<simulator::CameraModel> plugAnother(simulator::CameraOptions options,
+                                                        std::vector<std::uint8_t> ports) {
         auto another = std::make_shared<simulator::CameraModel>(std::move(options));
         bus().plug(another, 1, std::move(ports));
         return another;
@@ -49,30 +50,27 @@ class SelfcheckBench : public testing::Test, protected support::Store {
     /// `facts` after an order to their camera.
     selfcheck::Facts tried(selfcheck::Facts facts) {
         selfcheck::OrderTrial trial(room_->bus, facts);
-        while (trial.step()) {
-        }
+        while (trial.step())
+            ;
         facts.trial = trial.facts();
         return facts;
     }
 
     /// The report as it would be copied has these pieces, and not what stands behind a "!".
-    static void expectSaid(const selfcheck::Facts &facts, const std::vector<std::string> &pieces) {
+    using Pieces = std::vector<std::string>;
+    static void expectSaid(const selfcheck::Facts &facts, const Pieces &pieces) {
         const std::string told = selfcheck::textOf(selfcheck::findings(facts), "01/02/2025 10:00:00", "1.0");
         for (const std::string &piece : pieces)
             EXPECT_EQ(told.find(piece.substr(piece[0] == '!')) == std::string::npos, piece[0] == '!')
-                << piece << "\nin\n"
+                << piece << " in:\n"
                 << told;
     }
 
     std::optional<support::SimulatedCamera> room_{std::in_place};
-    std::optional<usb::InterfaceReport> access_ = usb::InterfaceReport{
-        .interfaceNumber = 0,
-        .holder = usb::Holder::cameraDriver,
-        .holderName = "uvcvideo",
-        .backend = usb::Backend::driver,
-        .path = "/dev/video0",
-        .access = usb::Outcome::done,
-        .programs = {},
-        .sawEveryProgram = true,
-    };
+    std::optional<usb::InterfaceReport> access_{{.holder = usb::Holder::cameraDriver,
+                                                 .holderName = "uvcvideo",
+                                                 .backend = usb::Backend::driver,
+                                                 .path = "/dev/video0",
+                                                 .access = usb::Outcome::done,
+                                                 .programs = {}}};
 };
