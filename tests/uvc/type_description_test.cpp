@@ -101,6 +101,7 @@ TEST(Catalogue, EveryDescriptionParsesToTheSizeOfItsControl) {
                                  2, 2, 2, 1, 2, 2, 2, 2, 2, 1, 4, 1, 2, 2, 1, 1, 1};
     for (std::size_t i = 0; i < UVCControllerControls.size(); ++i)
         EXPECT_EQ(uvc::controlType(i)->byteSize(), sizes[i]) << UVCControllerControls[i].name;
+    EXPECT_FALSE(uvc::controlType(UVCControllerControls.size()));
 }
 
 TEST(CatalogueDeathTest, BrokenDescriptionEndsTheProgram) {
