@@ -69,6 +69,8 @@ function(zel_library name)
     target_link_libraries(${name} PRIVATE zel_build_settings ${ARG_USES} PUBLIC ${ARG_LINKS})
     if("Qt6::Widgets" IN_LIST ARG_LINKS)
         target_precompile_headers(${name} REUSE_FROM qt_headers)
+    elseif(TARGET plain_headers AND NOT "${ARG_LINKS};${ARG_USES}" MATCHES "Qt6::")
+        target_precompile_headers(${name} REUSE_FROM plain_headers)
     endif()
 endfunction()
 
