@@ -11,7 +11,8 @@ namespace {
 
 std::vector<std::string> names(std::int64_t count) {
     std::vector<std::string> list;
-    for (std::int64_t i = 0; i < count; ++i) list.push_back("Aula " + std::to_string(i) + " de la planta baja");
+    for (std::int64_t i = 0; i < count; ++i)
+        list.push_back("Aula " + std::to_string(i) + " de la planta baja");
     return list;
 }
 

@@ -1,4 +1,5 @@
-// Scanning a position, and a fraction of the range, into a control's value. The scanner sets a neutral locale each time.
+// Scanning a position, and a fraction of the range, into a control's value. The scanner sets a neutral locale
+// each time.
 #include <benchmark/benchmark.h>
 
 #include "uvc/uvc_value.h"

@@ -4,9 +4,9 @@
 #include <tuple>
 
 #include "app/main_window.h"
-#include "product/product.h"
 #include "app/scene_transfer.h"
 #include "platform/services.h"
+#include "product/product.h"
 #include "ptz/camera_motion.h"
 #include "ui/content_view.h"
 

@@ -4,10 +4,10 @@
 
 #include "app/app_delegate.h"
 #include "app/main_window.h"
-#include "product/product.h"
 #include "platform/qt/desktop.h"
 #include "platform/qt/single_instance.h"
 #include "platform/qt/window_order.h"
+#include "product/product.h"
 #include "usb/system_registry.h"
 #include "uvc/uvc_controller.h"
 

@@ -6,9 +6,9 @@
 #include <QVBoxLayout>
 
 #include "app/main_menu.h"
-#include "product/product.h"
 #include "platform/qt/accessible_role.h"
 #include "platform/qt/window_order.h"
+#include "product/product.h"
 
 namespace app {
 namespace {

@@ -2,8 +2,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "product/product.h"
 #include "platform/qt/desktop.h"
+#include "product/product.h"
 #include "selfcheck/check_window.h"
 #include "usb/system_registry.h"
 

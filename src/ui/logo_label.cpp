@@ -1,9 +1,9 @@
 #include "ui/logo_label.h"
 
-#include "platform/qt/accessible_role.h"
-
 #include <QPainter>
 #include <QSvgRenderer>
+
+#include "platform/qt/accessible_role.h"
 
 // The linker drops a static library's resources unless somebody asks for them. The macro must stand outside
 // any namespace.
