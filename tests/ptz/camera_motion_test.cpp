@@ -112,7 +112,8 @@ TEST_F(CameraMotionDeathTest, ACameraThatFailsEndsTheProgramByTheDialogOrIfUnrea
     EXPECT_EXIT(act(foreign, [] { (void)ZEL_GetZoomPosition(); }), ExitedWithCode(0), kFailureAlert);
     EXPECT_EXIT(act(foreign, [] { ZEL_SetPanTiltPosition(1, 1); }), ExitedWithCode(0), kFailureAlert);
 
-    const std::string refused = std::string("unable to write new value to control [a-z-]+\n") + kFailureAlert;
+    std::string refused = "unable to write new value to control [a-z-]+\n";
+    refused += kFailureAlert;
     EXPECT_EXIT(act(cameraRefusing(support::kPanTiltAbs, support::kSetCur), [] { ptz::moveCameraBy(1, 0); }),
                 ExitedWithCode(0), refused);
     EXPECT_EXIT(act(cameraRefusing(support::kZoomAbs, support::kSetCur), [] { ZoomMove(1); }),
