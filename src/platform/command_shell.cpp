@@ -82,6 +82,7 @@ std::vector<std::string> childEnvironment(const std::string &toolsFolder) {
 /// The shape that exec functions take; valid as long as `texts` is unchanged.
 std::vector<char *> pointersTo(std::vector<std::string> &texts) {
     std::vector<char *> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string &text : texts) pointers.push_back(text.data());
     pointers.push_back(nullptr);
     return pointers;

@@ -8,12 +8,13 @@
 namespace selfcheck {
 namespace {
 
+/// The table has each sentence once.
 const SentenceRow &rowOf(Sentence sentence) {
-    const SentenceRow *found = nullptr;
+    const SentenceRow *found = sentenceTable().front().rows.data();
     for (const SentencePart &part : sentenceTable())
         for (const SentenceRow &row : part.rows)
             if (row.sentence == sentence) found = &row;
-    return *found;  // the table has them all
+    return *found;
 }
 
 /// `pattern` with values in the places of its braces, from the one at `next` on.

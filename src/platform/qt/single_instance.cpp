@@ -65,9 +65,9 @@ void tellThatItRuns() {
 
 QString SingleInstance::lockFolder() {
     const QString user = QString::number(geteuid());
-    if (const QString session = QStringLiteral("/run/user/") + user; isPrivate(session)) return session;
+    if (QString session = QStringLiteral("/run/user/") + user; isPrivate(session)) return session;
     // Not QDir::tempPath(): that one follows TMPDIR.
-    const QString own = QStringLiteral("/tmp/zelvoria-") + user;
+    QString own = QStringLiteral("/tmp/zelvoria-") + user;
     mkdir(QFile::encodeName(own).constData(), S_IRWXU);
     return isPrivate(own) ? own : QString();
 }
