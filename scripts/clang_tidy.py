@@ -28,8 +28,8 @@ def stamp_of(entry):
     command = shlex.split(entry["command"])
     output = command.index("-o")
     text = output_of(*command[:output], *command[output + 2 :], "-E", "-P", "-C", "-dD", folder=entry["directory"])
-    settings = [root / ".clang-tidy", root / "tests/.clang-tidy"]
-    parts = [text, tidy_version, *(file.read_bytes() for file in settings)]
+    settings = [folder / ".clang-tidy" for folder in pathlib.Path(entry["file"]).parents]
+    parts = [text, tidy_version, *(file.read_bytes() for file in settings if file.exists())]
     return stamps / hashlib.sha256(b"\0".join(parts)).hexdigest()
 
 
