@@ -28,10 +28,6 @@ endfunction()
 
 set(ZEL_QT_DEFINITIONS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
 
-# LINKS: what the headers of a library include as well, so that its users see it too. USES: what only its other files
-# include. Both name every folder of the project that is included: tests/tree refuses what is there by chance.
-# MOC: the sources declare classes with Q_OBJECT. Looking for them everywhere would make a third of all build steps.
-
 # Lets NAME, and with PUBLIC its users, include the headers of its folder as the tree names them ("uvc/uvc_type.h").
 # They are links in a folder that holds nothing else, so that a folder that nobody linked cannot be included.
 function(zel_show_headers name scope sources links)
@@ -60,6 +56,9 @@ function(zel_note_arrows name folder sources links)
 endfunction()
 
 # zel_library(NAME [MOC] SOURCES ... [LINKS ...] [USES ...]): one folder, one library.
+# LINKS: what the headers of a library include as well, so that its users see it too. USES: what only its other files
+# include. Both name every folder of the project that is included: tests/tree refuses what is there by chance.
+# MOC: the sources declare classes with Q_OBJECT. Looking for them everywhere would make a third of all build steps.
 function(zel_library name)
     cmake_parse_arguments(ARG "MOC" "" "SOURCES;LINKS;USES" ${ARGN})
     add_library(${name} STATIC ${ARG_SOURCES})
