@@ -58,7 +58,8 @@ void BM_BareDriver(benchmark::State &state) {
         if (!setByDriver(panTilt) || !setByDriver(zoom)) state.SkipWithError("refused");
 }
 
-/// The six requests that are made of every order: information, limits, step, default, and the order itself.
+/// The six requests that are made of every order: information, limits, resolution, default, and the order
+/// itself.
 bool setByLibusb(libusb_context *context, std::uint8_t selector, std::span<const std::uint8_t> order) {
     const model::Record &record = model::kRecords.front();
     libusb_device_handle *const device =

@@ -34,7 +34,11 @@ def stamp_of(entry):
 
 
 def check(entry):
-    stamp = stamp_of(entry)
+    try:
+        stamp = stamp_of(entry)
+    except subprocess.CalledProcessError:
+        print(f"{entry['file']}: cannot be preprocessed", flush=True)
+        return False
     if not stamp.exists():
         tidy = ["clang-tidy", "-p", str(build), "--quiet", entry["file"]]
         result = subprocess.run(tidy, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)

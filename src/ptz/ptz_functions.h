@@ -37,10 +37,11 @@ inline constexpr char kUnreadablePosition[] = "AAAAAAAAA";
 /// 0, and -5 is 65531, so that it goes to the camera's maximum.
 [[nodiscard]] bool setZoomPosition(std::int32_t zoom);
 
-/// Minimum, maximum, step and default of pan, then of tilt, joined by ",". The first character of the maximum
-/// pan is missing: that is how it has always been recorded, and it stays. A camera that does not report all
-/// four leaves the pieces that depend on them empty. Nothing when the camera or the control is missing.
+/// Minimum, maximum, resolution and default of pan, then of tilt, joined by ",". The first character of the
+/// maximum pan is missing: that is how it has always been recorded, and it stays. A camera that does not
+/// report all four leaves the pieces that depend on them empty. Nothing when the camera or the control is
+/// missing.
 [[nodiscard]] std::optional<std::string> getPanTiltData();
 
-/// Minimum, maximum, step and default of the zoom, joined by ",". As above.
+/// Minimum, maximum, resolution and default of the zoom, joined by ",". As above.
 [[nodiscard]] std::optional<std::string> getZoomData();

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <span>
 
+#include "model/camera_models.h"
 #include "selfcheck/findings.h"
 #include "selfcheck/sentences.h"
 
@@ -25,7 +26,7 @@ std::string withDegrees(const Axis &axis, std::int64_t raw) {
     std::string text = std::to_string(raw);
     if (!axis.inArcSeconds) return text;
     // By whole numbers: a decimal point would come out as the locale likes it.
-    constexpr std::int64_t kTenthOfDegree = 360;
+    constexpr std::int64_t kTenthOfDegree = model::kRawPerDegree / 10;
     const std::int64_t tenths = std::llround(static_cast<double>(raw) / kTenthOfDegree);
     const std::int64_t size = std::abs(tenths);
     return text + " (" + (tenths < 0 ? "-" : "") + std::to_string(size / 10) + "," +

@@ -19,7 +19,7 @@ struct Cost {
 /// The system calls until the process stops by itself, or ends.
 int countSystemCalls(pid_t process) {
     constexpr int kSystemCall = SIGTRAP | 0x80;
-    int stops = 0;  // one on the backend in, one on the backend out
+    int stops = 0;  // one at a call's start, one at its end
     for (int status = 0;; ++stops) {
         ::ptrace(PTRACE_SYSCALL, process, nullptr, nullptr);
         ::waitpid(process, &status, 0);

@@ -26,6 +26,9 @@ class Ditto : public FolderTest {
     void zip(const std::string &stored = {}, const std::string &other = {}) {
         fs::remove(path("a.prs"));
         ASSERT_EQ(shell("cd in && zip -qry0 ../a.prs ."), 0);
+        alter(stored, other);
+    }
+    void alter(const std::string &stored, const std::string &other) {
         std::string bytes = read("a.prs");
         for (auto at = bytes.find(stored); !stored.empty() && at != std::string::npos;
              at = bytes.find(stored, at + 1))
@@ -53,6 +56,13 @@ TEST_F(Ditto, ExtractsDifficultNamesOverwritesAndLeavesTheRest) {
     for (const std::string &name : names) EXPECT_EQ(read("out/" + name), "scenes of " + name);
     EXPECT_EQ(read("out/other.presets"), "kept");
     EXPECT_NE(read("listing").find("Álava norte/Aula ñ 1.presets"), std::string::npos);
+
+    // As some programs for Windows zip; unzip warns of such a name.
+    write("in/NorteXSala.presets", "zipped elsewhere");
+    zip("NorteXSala", "Norte\\Sala");
+    alter(std::string("PK\x01\x02\x1e\x03", 6), std::string("PK\x01\x02\x1e\x00", 6));
+    EXPECT_EQ(extract("a.prs"), 0);
+    EXPECT_EQ(read("out/Norte/Sala.presets"), "zipped elsewhere");
 }
 
 TEST_F(Ditto, RefusesMembersThatLeaveTheFolderAndDamagedOrProtectedArchives) {

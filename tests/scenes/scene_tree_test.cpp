@@ -212,6 +212,15 @@ TEST_F(StoreGuard, NothingIsReachedByASecondName) {
     }
 }
 
+TEST_F(StoreGuard, PlainNamesBesideTheStoreAndCentresThatAreLinksWithinItAreTaken) {
+    EXPECT_EQ(save("suelto.presets"), "");
+    EXPECT_TRUE(fs::exists(documents_.path() / "suelto.presets"));
+    EXPECT_EQ(remove("suelto.presets"), urlLine("suelto.presets"));
+    EXPECT_EQ(save("Presets/dentro/x.presets"), "");
+    EXPECT_TRUE(fs::exists(store() / "Norte" / "x.presets"));
+    EXPECT_EQ(create("Presets/..."), urlLine("Presets/..."));
+}
+
 TEST_F(StoreGuard, TheStoreMayItselfBeALink) {
     const fs::path disk = documents_.root() / "disco";
     fs::rename(store(), disk);

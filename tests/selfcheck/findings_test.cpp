@@ -92,6 +92,7 @@ TEST_F(FindingsTest, OfAllCamerasOnTheBusTheOneThatMovesIsNamed) {
          "que no se mueve: «Cámara PTZ simulada»\n        Identificación " + kIds + ", bus 1, puerto 4.",
          "[Bien] Cámara del aula conectada: «Cámara PTZ simulada»"});
     EXPECT_TRUE(first->transfers().empty());
+    EXPECT_EQ(inspected_, usb::locationId(1, std::vector<std::uint8_t>{5}));
     plugAnother({}, {6});
     expectSaid(examine(), {"pero hay conectadas otras cámaras", "[Aviso] Hay 3 cámaras"});
 }

@@ -42,7 +42,12 @@ class SelfcheckBench : public testing::Test, protected support::Store {
         const std::function<void()> &before = [] {},
         std::chrono::milliseconds patience = std::chrono::milliseconds(usb::kRequestTimeout)) {
         selfcheck::Examination check(
-            room_->bus, [this](std::uint32_t) { return access_; }, patience);
+            room_->bus,
+            [this](std::uint32_t locationId) {
+                inspected_ = locationId;
+                return access_;
+            },
+            patience);
         do before();
         while (check.step());
         return check.facts();
@@ -66,6 +71,7 @@ class SelfcheckBench : public testing::Test, protected support::Store {
                 << told;
     }
 
+    std::uint32_t inspected_ = 0;  ///< whose access was looked at last
     std::optional<support::SimulatedCamera> room_{std::in_place};
     std::optional<usb::InterfaceReport> access_{{.holder = usb::Holder::cameraDriver,
                                                  .holderName = "uvcvideo",
