@@ -69,8 +69,7 @@ Sentence verdictOfSound(const Facts &facts, const Parts &parts) {
     if (holds(parts.panTilt, State::warning) || holds(parts.zoom, State::warning)) return Sentence::notNormal;
     const auto ofTheModel = std::ranges::count_if(facts.cameras, &CameraFacts::isSupported);
     if (ofTheModel > 1) return ofTheModel == 2 ? Sentence::hasTwin : Sentence::hasTwins;
-    if (parts.bus.state() >= State::warning || parts.access.state() >= State::warning)
-        return Sentence::accessToLookAt;
+    if (parts.access.state() >= State::warning) return Sentence::accessToLookAt;
     if (holds(parts.store, State::warning)) return Sentence::filesToLookAt;
     if (hasObeyed(facts))
         return parts.trial.state() == State::warning ? Sentence::obeysSlowly : Sentence::obeys;
