@@ -4,7 +4,7 @@
 
 BUILD_PACKAGES=(
     g++ cmake ninja-build pkgconf qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl-dev qt6-translations-l10n
-    libusb-1.0-0-dev libssl-dev nlohmann-json3-dev
+    libusb-1.0-0-dev libssl-dev nlohmann-json3-dev cmark-gfm
 )
 # What the program calls or loads while it runs, and a font to write with.
 RUN_PACKAGES=(zip unzip qt6-wayland xdg-utils fonts-dejavu-core)
