@@ -6,6 +6,7 @@
 #include <QMenuBar>
 
 #include "app/app_delegate.h"
+#include "platform/qt/help.h"
 
 namespace app {
 namespace {
@@ -33,6 +34,15 @@ void fillMenu(QMenu &menu, AppDelegate &delegate, const std::vector<Entry> &entr
     }
 }
 
+/// An entry of the platform's: the delegate has no part in it.
+void addOwn(QMenu &menu, const char *title, const char *objectName, const QList<QKeySequence> &shortcuts,
+            void (*run)()) {
+    QAction *action = menu.addAction(QString::fromUtf8(title));
+    action->setObjectName(QLatin1String(objectName));
+    action->setShortcuts(shortcuts);
+    QObject::connect(action, &QAction::triggered, &menu, run);
+}
+
 }  // namespace
 
 MainMenu::MainMenu(AppDelegate &delegate) {
@@ -43,13 +53,10 @@ MainMenu::MainMenu(AppDelegate &delegate) {
              {{"&Importar escenas…", "ImportPresets", &AppDelegate::ImportPresets, {Qt::CTRL | Qt::Key_I}},
               {"&Exportar escenas…", "ExportPresets", &AppDelegate::ExportPresets, {Qt::CTRL | Qt::Key_E}},
               separator});
-    QAction *quit = file.addAction(QStringLiteral("&Salir"));
-    quit->setObjectName(QStringLiteral("Quit"));
     QList<QKeySequence> quitKeys = QKeySequence::keyBindings(QKeySequence::Quit);
     // Ours only where the platform has none: a key that is listed twice is ambiguous and does nothing.
     if (quitKeys.isEmpty()) quitKeys.append(QKeySequence(Qt::CTRL | Qt::Key_Q));
-    quit->setShortcuts(quitKeys);
-    QObject::connect(quit, &QAction::triggered, &file, [] { QApplication::quit(); });
+    addOwn(file, "&Salir", "Quit", quitKeys, [] { QApplication::quit(); });
 
     fillMenu(addMenu("&Cámara"), delegate,
              {{"Mover a la &izquierda",
@@ -78,8 +85,12 @@ MainMenu::MainMenu(AppDelegate &delegate) {
                &AppDelegate::Mover_ZoomOut_Delegate,
                {Qt::CTRL | Qt::Key_Minus}}});
 
-    fillMenu(addMenu("A&yuda"), delegate,
-             {{"&Soporte a la docencia remota", "PaginaZEL", &AppDelegate::PaginaZEL, {}},
+    QMenu &help = addMenu("A&yuda");
+    addOwn(help, "Ma&nual", "Manual", {Qt::Key_F1}, [] { platform::openManual(); });
+    addOwn(help, "¿&Por qué no se mueve la cámara?", "SelfCheck", {}, [] { platform::startSelfCheck(); });
+    fillMenu(help, delegate,
+             {separator,
+              {"&Soporte a la docencia remota", "PaginaZEL", &AppDelegate::PaginaZEL, {}},
               {"Docencia &multimodal", "PaginaMultimodal", &AppDelegate::PaginaMultimodal, {}},
               separator,
               {"&Acerca de…", "AcercaDe", &AppDelegate::AcercaDe, {}}});

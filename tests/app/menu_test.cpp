@@ -38,7 +38,7 @@ TEST_F(MenuTest, NudgesBeforeTheLaunchDoNothing) {
     EXPECT_TRUE(bench_.camera->transfers().empty());
 }
 
-TEST_F(MenuTest, PagesOpenInTheBrowser) {
+TEST_F(MenuTest, PagesOpenInTheBrowserAndTheManualByF1) {
     launch();
     CaptureStdout();
     command("PaginaZEL");
@@ -46,6 +46,10 @@ TEST_F(MenuTest, PagesOpenInTheBrowser) {
     EXPECT_EQ(GetCapturedStdout(), "Menú!\n") << "of the first alone";
     EXPECT_THAT(pages_->opened,
                 testing::ElementsAre(product::kRemoteTeachingPage, product::kBlendedLearningPage));
+
+    QTest::keyClick(picker("pickerCentro"), Qt::Key_F1);
+    ASSERT_EQ(alerts_.shown().size(), 1u) << "beside the tests there is no manual";
+    EXPECT_EQ(alerts_.shown().front().messageText, "No se encuentra el manual.");
 }
 
 TEST_F(MenuTest, AboutBoxShowsTheVersionInItsTitle) {
@@ -76,7 +80,8 @@ TEST_F(MenuTest, EveryCommandIsReadAndReachedByKeyboard) {
     EXPECT_EQ(read, QStringList({"Archivo: Importar escenas… Exportar escenas… / Salir",
                                  "Cámara: Mover a la izquierda Mover a la derecha Mover hacia arriba Mover "
                                  "hacia abajo / Acercar Alejar",
-                                 "Ayuda: Soporte a la docencia remota Docencia multimodal / Acerca de…"}));
+                                 "Ayuda: Manual ¿Por qué no se mueve la cámara? / Soporte a la docencia "
+                                 "remota Docencia multimodal / Acerca de…"}));
 }
 
 }  // namespace
