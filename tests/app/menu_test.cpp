@@ -3,6 +3,7 @@
 #include <set>
 
 #include "application_fixture.h"
+#include "platform/qt/help.h"
 #include "product/product.h"
 
 namespace {
@@ -38,7 +39,7 @@ TEST_F(MenuTest, NudgesBeforeTheLaunchDoNothing) {
     EXPECT_TRUE(bench_.camera->transfers().empty());
 }
 
-TEST_F(MenuTest, PagesOpenInTheBrowserAndTheManualByF1) {
+TEST_F(MenuTest, PagesOpenInTheBrowser) {
     launch();
     CaptureStdout();
     command("PaginaZEL");
@@ -46,10 +47,33 @@ TEST_F(MenuTest, PagesOpenInTheBrowserAndTheManualByF1) {
     EXPECT_EQ(GetCapturedStdout(), "Menú!\n") << "of the first alone";
     EXPECT_THAT(pages_->opened,
                 testing::ElementsAre(product::kRemoteTeachingPage, product::kBlendedLearningPage));
+}
 
-    QTest::keyClick(picker("pickerCentro"), Qt::Key_F1);
-    ASSERT_EQ(alerts_.shown().size(), 1u) << "beside the tests there is no manual";
-    EXPECT_EQ(alerts_.shown().front().messageText, "No se encuentra el manual.");
+TEST_F(MenuTest, ManualAndSelfCheckAreFoundFromTheProgramsFolderAndMissedAloud) {
+    const auto place = documents_.root() / "El #1 a 100 %";
+    const auto programs = QString::fromStdString(place / "bin");
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", (place / "searched").c_str());
+
+    launch();
+    QTest::keyClick(picker("pickerCentro"), Qt::Key_F1);  // beside the tests there is neither
+    command("SelfCheck");
+    EXPECT_EQ(alerts_.shown().size(), 2u);
+
+    support::writeFile(place / "share/zelvoria-camara/manual.html", "");
+    platform::openManual(programs);
+    EXPECT_THAT(pages_->opened, testing::ElementsAre(testing::EndsWith(
+                                    "/El%20%231%20a%20100%20%25/share/zelvoria-camara/manual.html")));
+    for (const auto &program :
+         {place / "searched/zelvoria-diagnostico", place / "bin/zelvoria-diagnostico"}) {
+        support::writeFile(program, "#!/bin/sh\n: >\"$0.started\"\n");
+        std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+        platform::startSelfCheck(programs);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return exists(std::filesystem::path(program) += ".started"); }))
+            << program;
+    }
+    EXPECT_EQ(alerts_.shown().size(), 2u);
+    qputenv("PATH", path);
 }
 
 TEST_F(MenuTest, AboutBoxShowsTheVersionInItsTitle) {
