@@ -21,9 +21,8 @@ using Context = std::unique_ptr<EVP_CIPHER_CTX, FreeContext>;
 /// Joined at run time so that the program file does not hold the key in one piece. The key only keeps people
 /// from editing the files by hand; it is not a secret.
 std::array<std::uint8_t, 24> sceneKey() {
-    constexpr std::array<std::uint8_t, 16> first = {'Z', 'e', 'l', 'v', 'o', 'r', 'i', 'a',
-                                                    '-', 'e', 's', 'c', 'e', 'n', 'a', 's'};
-    constexpr std::array<std::uint8_t, 8> second = {'-', 'a', 'u', 'l', 'a', '-', '0', '1'};
+    constexpr std::array<std::uint8_t, 16> first = {ZEL_SCENE_KEY_FIRST};
+    constexpr std::array<std::uint8_t, 8> second = {ZEL_SCENE_KEY_SECOND};
     std::array<std::uint8_t, 24> key{};
     std::copy(second.begin(), second.end(), std::copy(first.begin(), first.end(), key.begin()));
     return key;

@@ -86,6 +86,9 @@ TEST_F(SceneFile, ReadsAndWritesTheSamplesOfAnotherTool) {
         EXPECT_EQ(save("nueva.presets", presets), "");
         EXPECT_EQ(contentOf(store() / "nueva.presets"), sample(name)) << name;
     }
+    save("nueva.presets", {scene("Pizarra", 0, 0, 60)});
+    EXPECT_THAT(contentOf(ZEL_TEST_DATA "/../../docs/scene-file.md"),
+                testing::HasSubstr("\n    " + contentOf(store() / "nueva.presets") + "\n"));
     put("sala.presets", sample("null"));
     EXPECT_EQ(read(), (std::vector{scene(R"(Vista "" y """")", 1, 2, 3), scene("Mesa", 4, 5, 6)}));
     put("sala.presets", sample("bracket"));
