@@ -108,6 +108,9 @@ TEST_F(OrderTrialTest, ACameraThatIsGoneOrAnotherIsSentNothingMore) {
     const auto other = plugAnother({}, {2});
     expectSaid(tried(found), gone);
     EXPECT_TRUE(other->transfers().empty()) << "another camera is not the one that was checked";
+    // The same, just started anew and not yet configured.
+    bus().plugOther(found.cameras[0].vendorId, found.cameras[0].productId, "", 1, {1});
+    expectSaid(tried(found), gone);
 }
 
 }  // namespace

@@ -206,7 +206,7 @@ TEST_F(FindingsTest, LimitsThatTheKernelCannotReadAreOneFault) {
 }
 
 TEST_F(FindingsTest, TheStoreIsToldByCentreAndRoomAndEachUnreadableFileWithItsReason) {
-    expectSaid(examine(), {"[Dato] Todavía no hay escenas guardadas", store().string()});
+    expectSaid(examine(), {"\nEscenas guardadas\n[Dato] Todavía no hay escenas", store().string()});
     EXPECT_FALSE(std::filesystem::exists(store())) << "looking must not make the folder";
 
     putScenes("Norte/Sala 1.presets", tables(3));

@@ -64,7 +64,7 @@ TEST(Descriptors, NothingInThemIsTrusted) {
         {{7, 0x24, 1, 0x10, 1, 7, 0}, "- -"},
         {association, "refused"},
         {joined(cameraTerminal({1}), withHeader({})), "refused"},
-        {joined(association, withHeader({{5, 0x25, 2, 0, 0}, cameraTerminal({1})})), "1. -"},
+        {joined(association, withHeader({{9, 0x25, 5, 0, 0, 0, 0, 1, 7}, cameraTerminal({1})})), "1. -"},
         // The last bitmap counts, unless it is empty or reaches too far.
         {withHeader({cameraTerminal({1}), cameraTerminal({2, 3}), cameraTerminal({}), microphoneLike}),
          "2.3. -"},
