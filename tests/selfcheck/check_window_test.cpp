@@ -59,8 +59,9 @@ TEST_F(CheckWindowTest, IsOnTheScreenBeforeTheCameraIsAskedAndCopiesWhatItThenSh
         const QString word = finding->accessibleName().section(QStringLiteral(": "), 0, 0);
         const QString text = finding->accessibleName().section(QStringLiteral(": "), 1);
         const bool needsWord = word == QStringLiteral("Fallo") || word == QStringLiteral("Aviso");
-        EXPECT_EQ(finding->findChild<QLabel *>()->text(),
-                  needsWord ? word + QStringLiteral(". ") + text : text);
+        const auto labels = finding->findChildren<QLabel *>();
+        EXPECT_EQ(labels[0]->text(), needsWord ? word + QStringLiteral(". ") + text : text);
+        EXPECT_EQ(finding->accessibleDescription(), labels.size() > 1 ? labels[1]->text() : QString());
         EXPECT_TRUE(copied.contains(text)) << text.toStdString();
     }
     EXPECT_GE(shown.size(), 10);
