@@ -13,13 +13,14 @@ target_compile_options(zel_build_settings INTERFACE
     -Wnon-virtual-dtor -Woverloaded-virtual -ffp-contract=off
     $<$<BOOL:${ZEL_WARNINGS_AS_ERRORS}>:-Werror>)
 
-# zel_precompiled(NAME HEADERS ... LINKS ... [DEFINITIONS ...]): headers that are read once for all who use NAME's. They
+# zel_precompiled(NAME HEADERS ... LINKS ... [DEFINITIONS ...] [OPTIONS ...]): headers that are read once for all who use NAME's. They
 # are outside ones only, and a user must define whatever NAME defines. lint reads every file without them.
 function(zel_precompiled name)
-    cmake_parse_arguments(ARG "" "" "HEADERS;LINKS;DEFINITIONS" ${ARGN})
+    cmake_parse_arguments(ARG "" "" "HEADERS;LINKS;DEFINITIONS;OPTIONS" ${ARGN})
     file(CONFIGURE OUTPUT ${name}.cpp CONTENT "")
     add_library(${name} OBJECT "${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp")
     target_compile_definitions(${name} PRIVATE ${ARG_DEFINITIONS})
+    target_compile_options(${name} PRIVATE ${ARG_OPTIONS})
     target_link_libraries(${name} PRIVATE zel_build_settings ${ARG_LINKS})
     target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
     # Else clang refuses one from ccache, as older than what it was made of.
@@ -91,11 +92,15 @@ function(zel_program name)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/${ZEL_BUILT_PROGRAMS}")
 endfunction()
 
+# A test's own code runs once: to optimise it would take longer than it saves. What it tests is optimised.
+set(ZEL_TEST_OPTIONS "$<$<CONFIG:Release,RelWithDebInfo>:-O0>")
+
 # zel_test(NAME [MOC] SOURCES ... [LINKS ...] [MAIN_LIBRARY lib]): one gtest program whose cases CTest lists one by one.
 # MAIN_LIBRARY replaces GTest::gtest_main where the tests need their own main (a QApplication, say).
 function(zel_test name)
     cmake_parse_arguments(ARG "MOC" "MAIN_LIBRARY" "SOURCES;LINKS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
+    target_compile_options(${name} PRIVATE ${ZEL_TEST_OPTIONS})
     set_target_properties(${name} PROPERTIES AUTOMOC "${ARG_MOC}")
     if(NOT ARG_MAIN_LIBRARY)
         set(ARG_MAIN_LIBRARY GTest::gtest_main)
