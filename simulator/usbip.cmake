@@ -20,3 +20,5 @@ zel_library(simulator_usbip_picture SOURCES usbip/room_picture.cpp LINKS simulat
 zel_program(zelvoria-camara-virtual
     SOURCES usbip/main.cpp
     LINKS simulator_usbip simulator_usbip_picture)
+install(TARGETS zelvoria-camara-virtual)
+install(FILES "${PROJECT_SOURCE_DIR}/packaging/man/zelvoria-camara-virtual.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/es/man1")
