@@ -23,6 +23,8 @@ TOUR_PACKAGES=(xvfb xauth openbox xdotool imagemagick)
 # What a screen reader speaks to, and a Wayland desktop for it, beside the tour's screen.
 ACCESSIBILITY_PACKAGES=(at-spi2-core python3-pyatspi dbus-daemon weston)
 BENCH_PACKAGES=(libbenchmark-dev)
+# Debian's own tools to make packages.
+PACKAGE_PACKAGES=(git dpkg-dev debhelper)
 # What reads the tree's text.
 LINT_PACKAGES=(clang clang-tidy clang-format shellcheck codespell)
 
