@@ -285,13 +285,13 @@ TEST_F(ContentWidgetTest, LogosArePicturesInTheMiddleOfWhiteAndAreCalledSo) {
 }
 
 TEST_F(ContentWidgetTest, CutsNothingOffAndCoversNothingWhateverTheFont) {
-    start();
-    widget_->resize(600, 200);
     const auto area = [this](const QWidget *part) {
         return QRect(part->mapTo(widget_.get(), QPoint()), part->size());
     };
     for (const int points : {9, 14, 20}) {
         const support::DesktopFont font(points);
+        start();
+        widget_->resize(600, 200);
         // A desktop's usual font is shown as it is.
         EXPECT_EQ(widget_->font().pointSizeF() == points, points <= 9) << widget_->font().pointSizeF();
         QRegion covered;

@@ -79,6 +79,7 @@ TEST_F(Discovery, KeepsTheRegistrysOrderAndSkipsOtherDevices) {
     // A device without ids has not those that stand for "unknown".
     EXPECT_FALSE(UVCController::uvcControllerWithVendorId(0xFFFF, 0xFFFF));
     EXPECT_FALSE(UVCController::uvcControllerWithLocationId(0xFFFFFFFF));
+    EXPECT_FALSE(UVCController::uvcControllerWithService(nullptr));
 }
 
 TEST_F(Discovery, DescribesItselfAndUnknownIdsAsAllOnes) {

@@ -91,6 +91,7 @@ const Scan kRecords[] = {
     {kPanTilt, " { 10 , 12", "{pan=10,tilt=12}"},
     {kPanTilt, "{10,12,nonsense}", "{pan=10,tilt=12}"},
     {kPanTilt, "{10}", "refused {pan=10,tilt=0}"},
+    {kPanTilt, "{10,x}", "refused {pan=10,tilt=0}"},
     {kPanTilt, "{0.25,-999}", "{pan=-50,tilt=-50}", "{-100,-50}", "{100,50}", "{10,1}"},
     {kPanTilt, "{default,maximum}", "{pan=5,tilt=50}", "{-100,-50}", "{100,50}", nullptr, "{5,6}"},
     {"{B yes; U1 no; B n; B f; B t}", "{yes,7,no,false,t}", "{yes=true,no=7,n=false,f=false,t=true}"},
