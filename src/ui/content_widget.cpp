@@ -106,9 +106,11 @@ ContentWidget::ContentWidget(ContentView &view, QWidget *parent) : QWidget(paren
     centre_.picker->setFocus();
 }
 
-void ContentWidget::changeEvent(QEvent *event) {
-    QWidget::changeEvent(event);
+bool ContentWidget::event(QEvent *event) {
+    const bool isHandled = QWidget::event(event);
+    // The desktop's new font is no change of this widget's own, and does not come by changeEvent().
     if (event->type() == QEvent::ApplicationFontChange || event->type() == QEvent::StyleChange) fitFont();
+    return isHandled;
 }
 
 void ContentWidget::fitFont() {
@@ -129,7 +131,10 @@ void ContentWidget::setFontSize(double pointSize) {
 }
 
 bool ContentWidget::contentsFit() const {
-    for (QWidget *column : {leftColumn_, rightColumn_}) column->layout()->invalidate();
+    for (QWidget *column : {leftColumn_, rightColumn_}) {
+        column->layout()->invalidate();
+        column->layout()->activate();  // the rows within it forget their sizes as well
+    }
     const QSize left = leftColumn_->layout()->totalMinimumSize();
     const QSize right = rightColumn_->layout()->totalMinimumSize();
     return left.width() + right.width() <= kMinimumWidth &&

@@ -24,7 +24,7 @@ class ContentWidget : public QWidget {
     explicit ContentWidget(ContentView &view, QWidget *parent = nullptr);
 
  protected:
-    void changeEvent(QEvent *event) override;
+    bool event(QEvent *event) override;
 
  private:
     struct Row {

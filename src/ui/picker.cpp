@@ -81,6 +81,11 @@ void Picker::showPopup() {
     QComboBox::showPopup();
 }
 
+QSize Picker::minimumSizeHint() const {
+    // The same, but QComboBox would go on giving the one of its first font.
+    return sizeHint();
+}
+
 bool Picker::event(QEvent *event) {
     if (event->type() != QEvent::ToolTip) return QComboBox::event(event);
     const auto *help = static_cast<QHelpEvent *>(event);

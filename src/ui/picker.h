@@ -26,6 +26,7 @@ class Picker : public QComboBox {
     /// At least as wide as the box and as wide as the longest name needs, up to kWidestPopup; at most 16
     /// entries high, however many there are.
     void showPopup() override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -10,12 +10,13 @@
 
 namespace support {
 
-/// The desktop's font has that size as long as this object lives.
+/// The desktop's font has that size and width as long as this object lives.
 class DesktopFont {
  public:
-    explicit DesktopFont(int points) : before_(QApplication::font()) {
+    explicit DesktopFont(int points, int stretch = QFont::Unstretched) : before_(QApplication::font()) {
         QFont font = before_;
         font.setPointSize(points);
+        font.setStretch(stretch);
         QApplication::setFont(font);
         QApplication::processEvents();
     }
