@@ -3,8 +3,8 @@
 #include <tuple>
 #include <utility>
 
-#include "usb/libusb/libusb_video_control.h"
 #include "usb/libusb/sysfs_name.h"
+#include "usb/usb.h"
 
 namespace usb {
 
@@ -36,10 +36,6 @@ std::optional<std::uint32_t> LibusbDevice::locationId() const {
 std::optional<std::string> LibusbDevice::registryName() const {
     if (!ports_) return std::nullopt;
     return productNameFromSysfs(bus_, ports_->ports());
-}
-
-std::unique_ptr<VideoControl> LibusbDevice::videoControl() const {
-    return findVideoControl(device_);
 }
 
 bool LibusbDevice::standsBefore(const LibusbDevice &other) const {

@@ -3,13 +3,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 
 #include "usb/libusb/libusb_handles.h"
-#include "usb/usb.h"
 
 namespace usb {
 
@@ -32,15 +30,14 @@ class PortPath {
 
 /// A device as libusb lists it. Listing costs no request, no file and no memory of its own; whatever else is
 /// asked of a device is read when it is asked.
-class LibusbDevice : public Device {
+class LibusbDevice {
  public:
     explicit LibusbDevice(LibusbDeviceRef device);
 
-    [[nodiscard]] std::optional<std::uint16_t> vendorId() const override { return vendorId_; }
-    [[nodiscard]] std::optional<std::uint16_t> productId() const override { return productId_; }
-    [[nodiscard]] std::optional<std::uint32_t> locationId() const override;
-    [[nodiscard]] std::optional<std::string> registryName() const override;
-    [[nodiscard]] std::unique_ptr<VideoControl> videoControl() const override;
+    [[nodiscard]] std::optional<std::uint16_t> vendorId() const { return vendorId_; }
+    [[nodiscard]] std::optional<std::uint16_t> productId() const { return productId_; }
+    [[nodiscard]] std::optional<std::uint32_t> locationId() const;
+    [[nodiscard]] std::optional<std::string> registryName() const;
 
     [[nodiscard]] std::uint8_t busNumber() const { return bus_; }
     [[nodiscard]] const std::optional<PortPath> &ports() const { return ports_; }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <span>
-#include <utility>
 
 namespace usb {
 
@@ -12,9 +11,7 @@ namespace {
 class DeviceList {
  public:
     explicit DeviceList(libusb_context *context) : count_(libusb_get_device_list(context, &first_)) {}
-    ~DeviceList() {
-        if (first_ != nullptr) libusb_free_device_list(first_, 1);
-    }
+    ~DeviceList() { libusb_free_device_list(first_, 1); }
     DeviceList(const DeviceList &) = delete;
     DeviceList &operator=(const DeviceList &) = delete;
 
@@ -32,7 +29,7 @@ class DeviceList {
 
 LibusbRegistry::LibusbRegistry() : context_(makeLibusbContext()) {}
 
-std::optional<std::vector<LibusbDevice>> LibusbRegistry::libusbDevices() const {
+std::optional<std::vector<LibusbDevice>> LibusbRegistry::devices() const {
     if (!context_) return std::nullopt;
     const DeviceList list(context_.get());
     if (!list.isValid()) return std::nullopt;
@@ -44,12 +41,6 @@ std::optional<std::vector<LibusbDevice>> LibusbRegistry::libusbDevices() const {
     // libusb's own order depends on what was plugged in last.
     std::ranges::sort(found, [](const auto &a, const auto &b) { return a.standsBefore(b); });
     return found;
-}
-
-std::optional<std::vector<std::shared_ptr<const Device>>> LibusbRegistry::devices() const {
-    auto found = libusbDevices();
-    if (!found) return std::nullopt;
-    return shareAll(std::move(*found));
 }
 
 }  // namespace usb

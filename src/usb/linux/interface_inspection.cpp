@@ -25,7 +25,7 @@ struct Found {
 };
 
 std::optional<Found> cameraAt(const LibusbRegistry &registry, std::uint32_t locationId) {
-    const auto devices = registry.libusbDevices();
+    const auto devices = registry.devices();
     if (!devices) return std::nullopt;
     for (const LibusbDevice &device : *devices) {
         if (device.locationId() != locationId) continue;

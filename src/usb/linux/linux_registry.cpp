@@ -28,13 +28,18 @@ class LinuxDevice : public Device {
 }  // namespace
 
 std::optional<std::vector<std::shared_ptr<const Device>>> LinuxRegistry::devices() const {
-    auto listed = listing_.libusbDevices();
+    auto listed = listing_.devices();
     if (!listed) return std::nullopt;
 
-    std::vector<LinuxDevice> devices;
-    devices.reserve(listed->size());
-    for (LibusbDevice &device : *listed) devices.emplace_back(std::move(device));
-    return shareAll(std::move(devices));
+    // In one piece of memory, which lives until the last pointer into it goes.
+    const auto devices = std::make_shared<std::vector<LinuxDevice>>();
+    devices->reserve(listed->size());
+    for (LibusbDevice &device : *listed) devices->emplace_back(std::move(device));
+
+    std::vector<std::shared_ptr<const Device>> pointers;
+    pointers.reserve(devices->size());
+    for (const LinuxDevice &device : *devices) pointers.emplace_back(devices, &device);
+    return pointers;
 }
 
 std::optional<InterfaceReport> LinuxRegistry::inspectInterface(std::uint32_t locationId) const {

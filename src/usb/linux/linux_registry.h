@@ -16,7 +16,6 @@ namespace usb {
 /// while the kernel's driver holds it, and through libusb while nobody does: see LinuxVideoControl.
 class LinuxRegistry : public SystemRegistry {
  public:
-    /// As LibusbRegistry::devices().
     [[nodiscard]] std::optional<std::vector<std::shared_ptr<const Device>>> devices() const override;
 
     [[nodiscard]] std::optional<InterfaceReport> inspectInterface(std::uint32_t locationId) const override;
