@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 #include "scenes/base64.h"
 #include "scenes/scene_json.h"
@@ -19,9 +20,25 @@ DecodedScenes unreadable(std::string error) {
 }
 
 /// The first piece between "]" that is not empty, with its "]" again; "]" alone when there is none.
-std::string upToFirstBracket(std::string_view json) {
-    json.remove_prefix(std::min(json.find_first_not_of(']'), json.size()));
-    return std::string(json.substr(0, json.find(']'))) + "]";
+std::string upToFirstBracket(std::string json) {
+    json.erase(0, json.find_first_not_of(']'));
+    json.resize(std::min(json.find(']'), json.size()));
+    json += ']';
+    return json;
+}
+
+/// The bytes of the JSON text; nothing where the stop is fatal.
+std::optional<std::vector<std::uint8_t>> jsonBytes(std::string text) {
+    // As large as the text. For texts under 32 bytes that is too small, but only zeros are cut off.
+    std::vector<std::uint8_t> buffer(text.size(), 0);
+    const std::size_t count = String_decrypt(text, buffer);
+    text = std::string();  // a large file's layers do not stand in memory all at once
+    const std::string inner = caesarDataToString(buffer, static_cast<std::int64_t>(count), -kSceneShift);
+    return base64DecodeIgnoringUnknown(inner);
+}
+
+std::string repaired(const std::vector<std::uint8_t> &bytes) {
+    return repairUtf8({reinterpret_cast<const char *>(bytes.data()), bytes.size()});
 }
 
 }  // namespace
@@ -34,19 +51,16 @@ std::optional<std::string> sceneTextFromJson(std::string_view json) {
     return String_encrypt(bytes, static_cast<std::int32_t>(bytes.size()));
 }
 
-DecodedScenes decodeSceneText(std::string_view text) {
+DecodedScenes decodeSceneText(std::string text) {
     if (!isValidUtf8(text)) return unreadable("the file is not UTF-8 text");
+    auto bytes = jsonBytes(std::move(text));
+    if (!bytes) return {};
 
-    // As large as the text. For texts under 32 bytes that is too small, but only zeros are cut off.
-    std::vector<std::uint8_t> buffer(text.size(), 0);
-    const std::size_t count = String_decrypt(text, buffer);
-    const std::string inner = caesarDataToString(buffer, static_cast<std::int64_t>(count), -kSceneShift);
-    const auto json = base64DecodeIgnoringUnknown(inner);
-    if (!json) return {};
-
-    const std::string repaired = repairUtf8(std::string(json->begin(), json->end()));
+    std::string json = repaired(*bytes);
+    bytes.reset();
+    json = withoutNulls(json);
     std::string error;
-    auto presets = presetsFromJson(upToFirstBracket(withoutNulls(repaired)), error);
+    auto presets = presetsFromJson(upToFirstBracket(std::move(json)), error);
     if (!presets) return unreadable(std::move(error));
     return {DecodedScenes::Outcome::read, *std::move(presets), {}};
 }

@@ -26,7 +26,8 @@ struct DecodedScenes {
 };
 
 /// Decodes the text of a scene file; takes any bytes. What follows the first "]" of the JSON text is
-/// dropped, so a name with that character makes the file unreadable. Wanted.
-[[nodiscard]] DecodedScenes decodeSceneText(std::string_view text);
+/// dropped, so a name with that character makes the file unreadable. Wanted. The
+/// layers of a large file follow one another in memory: they never stand there all at once.
+[[nodiscard]] DecodedScenes decodeSceneText(std::string text);
 
 }  // namespace scenes

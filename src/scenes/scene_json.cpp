@@ -1,10 +1,14 @@
 #include "scenes/scene_json.h"
 
+#include <algorithm>
+#include <array>
+#include <bitset>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 namespace scenes {
 namespace {
@@ -12,87 +16,155 @@ namespace {
 using Json = nlohmann::json;
 using OrderedJson = nlohmann::ordered_json;
 
-/// The library would turn 5.5 into 5 and wrap 9223372036854775808. A scene with such a number is damaged.
-std::optional<std::int64_t> wholeNumber(const Json &value) {
-    if (value.is_number_unsigned()) {
-        const auto number = value.get<std::uint64_t>();
-        if (number > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()))
-            return std::nullopt;
-        return static_cast<std::int64_t>(number);
-    }
-    if (value.is_number_integer()) return value.get<std::int64_t>();
-    if (!value.is_number_float()) return std::nullopt;
-    const double number = value.get<double>();
-    // The lower limit is refused, too: the library rounds an integer just below the range to it.
-    if (!(number > -0x1p63 && number < 0x1p63) || number != std::trunc(number)) return std::nullopt;
-    return static_cast<std::int64_t>(number);
-}
-
-/// Reads the members of one scene and keeps the first error.
-class SceneReader {
- public:
-    explicit SceneReader(const Json &object) : object_(object) {}
-
-    void text(const char *key, std::string &field) {
-        const auto found = object_.find(key);
-        if (found == object_.end() || !found->is_string()) {
-            complain(key, "a text");
-        } else {
-            field = found->get_ref<const std::string &>();
-        }
-    }
-
-    void integer(const char *key, std::int64_t &field) {
-        const auto found = object_.find(key);
-        const auto number = found == object_.end() ? std::nullopt : wholeNumber(*found);
-        if (!number) {
-            complain(key, "an integer");
-        } else {
-            field = *number;
-        }
-    }
-
-    [[nodiscard]] const std::string &error() const { return error_; }
-
- private:
-    void complain(const std::string &key, const std::string &wanted) {
-        if (error_.empty()) error_ = "\"" + key + "\" is missing or not " + wanted;
-    }
-
-    const Json &object_;
-    std::string error_;
+/// One member of a scene: a text or a number.
+struct Field {
+    const char *key;
+    std::string ManualPreset::*text;
+    std::int64_t ManualPreset::*number;
 };
 
-std::optional<ManualPreset> presetFromObject(const Json &object, std::string &error) {
-    if (!object.is_object()) {
-        error = "not an object";
-        return std::nullopt;
+constexpr std::array kFields{
+    Field{"Name", &ManualPreset::Name, nullptr},
+    Field{"DS_Path", &ManualPreset::DS_Path, nullptr},
+    Field{"HID_Path", &ManualPreset::HID_Path, nullptr},
+    Field{"HID_SerialNumber", &ManualPreset::HID_SerialNumber, nullptr},
+    Field{"Tilt", nullptr, &ManualPreset::Tilt},
+    Field{"Pan", nullptr, &ManualPreset::Pan},
+    Field{"Zoom", nullptr, &ManualPreset::Zoom},
+};
+
+/// Takes the scenes out of the text while the library reads it (its SAX interface), so that no tree of a
+/// large file stands in memory. What is wrong with a scene is kept, the first of it, and told only when all
+/// of the text turns out to be JSON.
+class SceneReader {
+ public:
+    [[nodiscard]] bool isArray() const { return isArray_; }
+    [[nodiscard]] const std::string &error() const { return error_; }
+    [[nodiscard]] std::vector<ManualPreset> takePresets() { return std::move(presets_); }
+
+    // The names are the library's.
+    bool null() { return value(); }
+    bool boolean(bool /*value*/) { return value(); }
+    bool binary(const Json::binary_t & /*value*/) { return value(); }
+    bool string(std::string &text) {
+        auto *const field = member(&Field::text);
+        if (field != nullptr) *field = std::move(text);
+        return value(field != nullptr);
     }
-    ManualPreset preset;
-    SceneReader reader(object);
-    reader.text("Name", preset.Name);
-    reader.text("DS_Path", preset.DS_Path);
-    reader.text("HID_Path", preset.HID_Path);
-    reader.text("HID_SerialNumber", preset.HID_SerialNumber);
-    reader.integer("Tilt", preset.Tilt);
-    reader.integer("Pan", preset.Pan);
-    reader.integer("Zoom", preset.Zoom);
-    if (!reader.error().empty()) {
-        error = reader.error();
-        return std::nullopt;
+    bool number_integer(std::int64_t number) { return integer(number); }
+    bool number_unsigned(std::uint64_t number) {
+        // The library would wrap 9223372036854775808. A scene with such a number is damaged.
+        if (number > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) return value();
+        return integer(static_cast<std::int64_t>(number));
     }
-    return preset;
-}
+    bool number_float(double number, const std::string & /*text*/) {
+        // The lower limit is refused, too: an integer just below the range is rounded to it.
+        if (!(number > -0x1p63 && number < 0x1p63) || number != std::trunc(number)) return value();
+        return integer(static_cast<std::int64_t>(number));
+    }
+    bool key(const std::string &key) {
+        if (depth_ != kInScene) return true;
+        const auto found = std::find_if(kFields.begin(), kFields.end(),
+                                        [&](const Field &field) { return key == field.key; });
+        member_ = static_cast<std::size_t>(found - kFields.begin());
+        return true;
+    }
+    bool start_object(std::size_t /*size*/) {
+        if (depth_ == kInArray) {
+            addScene();
+        } else {
+            value();
+        }
+        ++depth_;
+        return true;
+    }
+    bool end_object() {
+        if (--depth_ == kInArray) checkScene();
+        return true;
+    }
+    bool start_array(std::size_t /*size*/) {
+        if (depth_ == 0) {
+            isArray_ = true;
+        } else {
+            value();
+        }
+        ++depth_;
+        return true;
+    }
+    bool end_array() {
+        --depth_;
+        return true;
+    }
+    bool parse_error(std::size_t /*position*/, const std::string & /*token*/,
+                     const Json::exception &failure) {
+        error_ = failure.what();
+        return false;
+    }
+
+ private:
+    static constexpr std::size_t kInArray = 1;
+    static constexpr std::size_t kInScene = 2;
+    static constexpr std::size_t kNoMember = kFields.size();
+
+    /// Where the value of the scene's present member goes; null when it is not of that kind.
+    template <typename Kind>
+    [[nodiscard]] Kind *member(Kind ManualPreset::*Field::*kind) {
+        if (depth_ != kInScene || member_ == kNoMember || kFields[member_].*kind == nullptr) return nullptr;
+        return &(presets_.back().*(kFields[member_].*kind));
+    }
+
+    bool integer(std::int64_t number) {
+        auto *const field = member(&Field::number);
+        if (field != nullptr) *field = number;
+        return value(field != nullptr);
+    }
+
+    /// A value or the start of one; `isRight`: of the kind that the scene's present member has.
+    bool value(bool isRight = false) {
+        if (depth_ == kInArray) {
+            addScene();
+            complain("not an object");
+        } else if (depth_ == kInScene && member_ != kNoMember) {
+            isRight_[member_] = isRight;
+        }
+        return true;
+    }
+
+    void addScene() {
+        // Once a scene is wrong none is wanted: those that follow take its place.
+        if (error_.empty()) presets_.emplace_back();
+        isRight_.reset();
+        member_ = kNoMember;
+    }
+
+    void checkScene() {
+        for (std::size_t i = 0; i < kFields.size() && error_.empty(); ++i) {
+            const char *const wanted = kFields[i].text != nullptr ? "a text" : "an integer";
+            if (!isRight_[i]) complain(std::string("\"") + kFields[i].key + "\" is missing or not " + wanted);
+        }
+    }
+
+    void complain(const std::string &fault) {
+        if (error_.empty()) error_ = "scene " + std::to_string(presets_.size()) + ": " + fault;
+    }
+
+    std::vector<ManualPreset> presets_;
+    std::string error_;
+    std::bitset<kFields.size()> isRight_;
+    std::size_t depth_ = 0;  // of the containers around the next value
+    std::size_t member_ = kNoMember;
+    bool isArray_ = false;
+};
 
 OrderedJson objectFromPreset(const ManualPreset &preset) {
     OrderedJson object = OrderedJson::object();
-    object["Name"] = preset.Name;
-    object["DS_Path"] = preset.DS_Path;
-    object["HID_Path"] = preset.HID_Path;
-    object["HID_SerialNumber"] = preset.HID_SerialNumber;
-    object["Tilt"] = preset.Tilt;
-    object["Pan"] = preset.Pan;
-    object["Zoom"] = preset.Zoom;
+    for (const Field &field : kFields) {
+        if (field.text != nullptr) {
+            object[field.key] = preset.*field.text;
+        } else {
+            object[field.key] = preset.*field.number;
+        }
+    }
     return object;
 }
 
@@ -121,27 +193,11 @@ std::optional<std::string> jsonFromPresets(const std::vector<ManualPreset> &pres
 }
 
 std::optional<std::vector<ManualPreset>> presetsFromJson(std::string_view json, std::string &error) {
-    try {
-        const Json array = Json::parse(json);
-        if (!array.is_array()) {
-            error = "not an array of scenes";
-            return std::nullopt;
-        }
-        std::vector<ManualPreset> presets;
-        presets.reserve(array.size());
-        for (const Json &element : array) {
-            auto preset = presetFromObject(element, error);
-            if (!preset) {
-                error.insert(0, "scene " + std::to_string(presets.size() + 1) + ": ");
-                return std::nullopt;
-            }
-            presets.push_back(*std::move(preset));
-        }
-        return presets;
-    } catch (const Json::exception &failure) {
-        error = failure.what();
-        return std::nullopt;
-    }
+    SceneReader reader;
+    const bool isJson = Json::sax_parse(json, &reader);
+    if (isJson && reader.isArray() && reader.error().empty()) return reader.takePresets();
+    error = isJson && !reader.isArray() ? "not an array of scenes" : reader.error();
+    return std::nullopt;
 }
 
 std::string withoutNulls(std::string_view json) {
@@ -149,19 +205,29 @@ std::string withoutNulls(std::string_view json) {
     std::string result;
     result.reserve(json.size());
     bool inString = false;
-    while (!json.empty()) {
-        if (json.starts_with(word)) {
-            result += inString ? R"(\"\")" : R"("")";
-            json.remove_prefix(word.size());
-            continue;
+    std::size_t copied = 0;
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        switch (json[i]) {
+            case '"':
+                inString = !inString;
+                break;
+            case '\\':
+                // An escape is taken whole: its second character does not end the string or begin the word
+                // ("\null" is a line break and "ull").
+                if (inString) ++i;
+                break;
+            case 'n':
+                if (!json.substr(i).starts_with(word)) break;
+                result += json.substr(copied, i - copied);
+                result += inString ? R"(\"\")" : R"("")";
+                copied = i + word.size();
+                i = copied - 1;
+                break;
+            default:
+                break;
         }
-        if (json.front() == '"') inString = !inString;
-        // An escape is taken whole: its second character does not end the string or begin the word ("\null"
-        // is a line break and "ull").
-        const std::size_t taken = inString && json.front() == '\\' && json.size() > 1 ? 2 : 1;
-        result += json.substr(0, taken);
-        json.remove_prefix(taken);
     }
+    result += json.substr(std::min(copied, json.size()));
     return result;
 }
 

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <optional>
 #include <system_error>
+#include <tuple>
 #include <utility>
 
 #include "scenes/file_handle.h"
@@ -46,9 +47,12 @@ FileText readRegularFile(const fs::path &path) {
     const FileHandle file(std::fopen(path.c_str(), "rbe"));
     if (!file) return cannotAccess(path, errno);
 
+    // Read in one go: a buffer of the stream's own would be one more copy.
+    std::ignore = std::setvbuf(file.get(), nullptr, _IONBF, 0);
     std::string content;
     std::array<char, 1 << 14> piece{};
-    while (const std::size_t got = std::fread(piece.data(), 1, piece.size(), file.get())) {
+    for (std::size_t got = piece.size(); got == piece.size();) {
+        got = std::fread(piece.data(), 1, piece.size(), file.get());
         content.append(piece.data(), got);
         if (content.size() > kLargestFile)
             return {{}, Outcome::tooLarge, reasonFor(path, "too large for a scene file"), 0};
@@ -62,13 +66,13 @@ FileText readRegularFile(const fs::path &path) {
 SceneFile readSceneFile(const fs::path &path) {
     FileText text = readRegularFile(path);
     if (!text.content) return {text.failure, {}, std::move(text.error), text.systemError};
-    DecodedScenes decoded = decodeSceneText(*text.content);
+    const bool isEmpty = text.content->empty();
+    DecodedScenes decoded = decodeSceneText(*std::move(text.content));
     switch (decoded.outcome) {
         case DecodedScenes::Outcome::read:
             return {Outcome::read, std::move(decoded.presets), {}, 0};
         case DecodedScenes::Outcome::unreadable:
-            return {
-                text.content->empty() ? Outcome::empty : Outcome::noScenes, {}, std::move(decoded.error), 0};
+            return {isEmpty ? Outcome::empty : Outcome::noScenes, {}, std::move(decoded.error), 0};
         case DecodedScenes::Outcome::fatal:
             break;
     }

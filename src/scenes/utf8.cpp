@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 namespace scenes {
 namespace {
@@ -47,37 +49,49 @@ Sequence firstSequence(std::string_view text) {
     return {expected.following + 1, true};
 }
 
+/// How many bytes at the start of `text` are well-formed.
+std::size_t validLength(std::string_view text) {
+    std::size_t length = 0;
+    while (length < text.size()) {
+        // Most text is ASCII, of which eight bytes are looked at together.
+        std::uint64_t eight = 0;
+        if (text.size() - length >= sizeof eight) {
+            std::memcpy(&eight, text.data() + length, sizeof eight);
+            if ((eight & 0x8080'8080'8080'8080) == 0) {
+                length += sizeof eight;
+                continue;
+            }
+        }
+        const Sequence sequence = firstSequence(text.substr(length));
+        if (!sequence.valid) break;
+        length += sequence.length;
+    }
+    return length;
+}
+
 }  // namespace
 
 bool isValidUtf8(std::string_view text) {
-    while (!text.empty()) {
-        const Sequence sequence = firstSequence(text);
-        if (!sequence.valid) return false;
-        text.remove_prefix(sequence.length);
-    }
-    return true;
+    return validLength(text) == text.size();
 }
 
 std::string repairUtf8(std::string_view bytes) {
     std::string repaired;
     repaired.reserve(bytes.size());
-    while (!bytes.empty()) {
-        const Sequence sequence = firstSequence(bytes);
-        if (sequence.valid) {
-            repaired += bytes.substr(0, sequence.length);
-        } else {
-            repaired += "\xEF\xBF\xBD";
-        }
-        bytes.remove_prefix(sequence.length);
+    while (true) {
+        const std::size_t valid = validLength(bytes);
+        repaired += bytes.substr(0, valid);
+        bytes.remove_prefix(valid);
+        if (bytes.empty()) break;
+        repaired += "\xEF\xBF\xBD";
+        bytes.remove_prefix(firstSequence(bytes).length);
     }
     return repaired;
 }
 
-void appendScalar(std::string &text, char32_t scalar) {
+void appendLongScalar(std::string &text, char32_t scalar) {
     const auto tail = [&](unsigned shift) { text += static_cast<char>(0x80 | (scalar >> shift & 0x3F)); };
-    if (scalar < 0x80) {
-        text += static_cast<char>(scalar);
-    } else if (scalar < 0x800) {
+    if (scalar < 0x800) {
         text += static_cast<char>(0xC0 | scalar >> 6);
         tail(0);
     } else if (scalar < 0x10000) {

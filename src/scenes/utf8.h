@@ -13,7 +13,16 @@ namespace scenes {
 /// unchanged.
 [[nodiscard]] std::string repairUtf8(std::string_view bytes);
 
+/// Appends the UTF-8 form of a Unicode scalar value of U+0080 or more.
+void appendLongScalar(std::string &text, char32_t scalar);
+
 /// Appends the UTF-8 form of a Unicode scalar value.
-void appendScalar(std::string &text, char32_t scalar);
+inline void appendScalar(std::string &text, char32_t scalar) {
+    if (scalar < 0x80) {
+        text += static_cast<char>(scalar);
+    } else {
+        appendLongScalar(text, scalar);
+    }
+}
 
 }  // namespace scenes
