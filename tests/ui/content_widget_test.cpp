@@ -141,6 +141,7 @@ TEST_F(ContentWidgetTest, PickersAndButtonsAreEnabledAsTheTreeAllows) {
     EXPECT_EQ(disabled(), QStringList());
     choose("pickerAula", "Vacía");
     EXPECT_EQ(disabled(), QStringList({"pickerEscena", "buttonRemoveEscena"}));
+    EXPECT_EQ(widget_->focusWidget(), find<QWidget>("pickerCentro")) << "where it was";
 }
 
 TEST_F(ContentWidgetTest, NudgeButtonsMoveByTheirSteps) {
