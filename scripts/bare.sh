@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The two commands of the README on systems that have nothing yet: makes a minimal Debian for each SYSTEM, copies there
+# ./run and ./test on systems that have nothing yet: makes a minimal Debian for each SYSTEM, copies there
 # what git tracks, and has an ordinary user start ./run (its pictures come to build/bare/SYSTEM) and ./test.
 #
 #   scripts/bare.sh [SYSTEM...]     by its name: bookworm, trixie (both)

@@ -5,6 +5,9 @@
 set -euo pipefail
 # shellcheck source=scripts/stage.sh
 . "$(dirname "$0")/stage.sh"
+# shellcheck source=scripts/packages.sh
+. "$(dirname "$0")/packages.sh"
+need_packages "${RUN_PACKAGES[@]}" "${TOUR_PACKAGES[@]}"
 project=$(realpath "$(dirname "$0")/..")
 build=$(realpath "${1:-$project/build/release}")
 size=760x820
@@ -23,6 +26,7 @@ keep() {
 
 # Nothing of this machine's is in a picture.
 export XDG_CONFIG_HOME=$folder LC_ALL=C.UTF-8
+unset QT_SCALE_FACTOR QT_STYLE_OVERRIDE QT_QPA_PLATFORMTHEME
 # shellcheck disable=SC2016 # for the program
 echo 'XDG_DOCUMENTS_DIR="/home/aula/Documentos"' >"$folder/user-dirs.dirs"
 

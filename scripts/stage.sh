@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Sourced by tour.sh and pictures.sh: the simulated edition on a virtual screen, and pictures of it.
+# Sourced by tour.sh, pictures.sh and the packages' tests: the simulated edition on a virtual screen, and pictures of it.
 
 # What openbox draws left of a window and above it.
 FRAME_LEFT=1

@@ -188,7 +188,7 @@ class ReachDial : public QWidget {
 };
 
 QString poseText(const Pose &pose, double maximumZoom) {
-    return u"Pan %1°\u2002Inclinación %2°\u2002Zoom %3 (%4×)"_s.arg(
+    return u"Giro %1°\u2002Inclinación %2°\u2002Zoom %3 (%4×)"_s.arg(
         number(pose.pan / model::kRawPerDegree, 1), number(pose.tilt / model::kRawPerDegree, 1),
         number(pose.zoom, 0), number(magnification(pose.zoom, maximumZoom), 1));
 }
@@ -282,7 +282,7 @@ void PreviewWindow::showUnplugged() {
         picture_->setPose(std::nullopt);
         dial_->setPose(std::nullopt);
     }
-    numbers_->setText(u"Pan –\u2002Inclinación –\u2002Zoom –"_s);
+    numbers_->setText(u"Giro –\u2002Inclinación –\u2002Zoom –"_s);
     showState(u"Desconectada"_s, QColor(kDimTextColour));
 }
 

@@ -47,7 +47,7 @@ class PreviewWindow : public QWidget {
     QTimer timer_;
 };
 
-/// "Pan 12,5°  Inclinación −3,0°  Zoom 150 (1,4×)". `pose` in raw units; never depends on the locale.
+/// "Giro 12,5°  Inclinación −3,0°  Zoom 150 (1,4×)". `pose` in raw units; never depends on the locale.
 [[nodiscard]] QString poseText(const Pose &pose, double maximumZoom);
 
 }  // namespace simulator

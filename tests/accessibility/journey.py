@@ -158,7 +158,7 @@ def what_there_is(program):
         expect(f"«{button}» is described", lambda: bool(program.find("push button", button).description))
     for label, *_ in ROWS:
         expect(f"the picker «{label}» is described", lambda: bool(program.picker(label).description))
-    expect("the position is read", lambda: program.texts("frame", PREVIEW)[0].startswith("Pan "))
+    expect("the position is read", lambda: program.texts("frame", PREVIEW)[0].startswith("Giro "))
 
 
 def ask(program, button, question):

@@ -46,7 +46,11 @@ TEST_F(UserFolders, ComeFromThePasswordDatabaseWithoutHome) {
         EXPECT_EQ(platform::QtUserFolders().documents(), expected);
         EXPECT_EQ(qEnvironmentVariableIsSet("HOME"), value != nullptr) << "the environment is as it was";
     }
+}
 
+using UserFoldersDeath = UserFolders;
+
+TEST_F(UserFoldersDeath, AreUnknownWithoutHomeAndAccount) {
     if (geteuid() != 0) GTEST_SKIP() << "only root can be somebody whom the database does not know";
     const ScopedVariable home("HOME", nullptr);
     const auto asAStranger = [] { _exit(setuid(4'242'424) != 0 || platform::QtUserFolders().documents()); };

@@ -87,7 +87,7 @@ TEST_F(PreviewWindowTest, FollowsTheMovingCameraAsItsVideoDoes) {
     now_ += std::chrono::minutes(1);
     const QImage turned = refreshed();
     EXPECT_TRUE(says(u"En posición"_s));
-    EXPECT_TRUE(says(u"Pan 90,0°\u2002Inclinación \u22123,0°\u2002Zoom 0 (1,0×)"_s));
+    EXPECT_TRUE(says(u"Giro 90,0°\u2002Inclinación \u22123,0°\u2002Zoom 0 (1,0×)"_s));
     EXPECT_NE(home, turned);
     EXPECT_NE(video.of(*camera_), frame);
     QLocale::setDefault(before);

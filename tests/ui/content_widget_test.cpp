@@ -295,6 +295,7 @@ TEST_F(ContentWidgetTest, CutsNothingOffAndCoversNothingWhateverTheFont) {
         const support::DesktopFont font(points, stretch);
         // As large as the desktop's, as far as there is room.
         EXPECT_GE(widget_->font().pointSizeF(), std::min(points, 10));
+        EXPECT_LE(widget_->font().pointSizeF(), points);
         QRegion covered;
         for (const QWidget *part : widget_->findChildren<QWidget *>()) {
             const auto *button = qobject_cast<const QPushButton *>(part);
