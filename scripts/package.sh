@@ -24,7 +24,7 @@ shift
 need_minimal_systems
 rm -rf build/package/clone
 mkdir -p build/package
-git -c safe.directory="$PWD" clone --quiet --no-local . build/package/clone
+clone_into build/package/clone
 tar -C build/package/clone -cf build/package/clone.tar .
 rm -rf build/package/clone
 
@@ -40,7 +40,7 @@ for system in "$@"; do
 done
 
 own=$(. /etc/os-release && echo "${VERSION_CODENAME:-}")
-if [ "$step" = check ] && [ -e "build/package/$own" ]; then
+if [ "$step" = check ] && [[ " $* " = *" $own "* ]]; then
     need_packages "${BUILD_PACKAGES[@]}" "${RUN_PACKAGES[@]}" "${KERNEL_PACKAGES[@]}"
     scripts/kernel_guest.sh -t 900 -o build/package/seat scripts/package_seat.sh "$PWD/build/package/$own"
 fi

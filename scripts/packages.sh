@@ -24,7 +24,7 @@ TOUR_PACKAGES=(xvfb xauth openbox xdotool imagemagick)
 ACCESSIBILITY_PACKAGES=(at-spi2-core python3-pyatspi dbus-daemon weston)
 BENCH_PACKAGES=(libbenchmark-dev)
 # Debian's own tools to make packages.
-PACKAGE_PACKAGES=(git dpkg-dev debhelper)
+PACKAGE_PACKAGES=(git build-essential dpkg-dev debhelper)
 # What reads the tree's text.
 LINT_PACKAGES=(clang clang-tidy clang-format shellcheck codespell)
 
@@ -80,6 +80,17 @@ build() {
     cmake --preset "$preset" -DCMAKE_CXX_COMPILER_LAUNCHER="$(compiler_cache)" "$@" >"$log" 2>&1 || { cat "$log" >&2; return 1; }
     # shellcheck disable=SC2086 # a list of words
     cmake --build --preset "$preset" ${TARGETS:+--target $TARGETS}
+}
+
+# clone_into FOLDER: what is committed here, with its history. The tree may be another user's, as it is for root who was
+# called by sudo; git asks for leave in a file of settings, since options do not reach the process that it reads from.
+clone_into() {
+    local settings status=0
+    settings=$(mktemp)
+    printf '[safe]\n\tdirectory = *\n' >"$settings"
+    GIT_CONFIG_GLOBAL=$settings git clone --quiet --no-local . "$1" || status=$?
+    rm "$settings"
+    return $status
 }
 
 # ccache where it is installed, unless g++ already stands for it; else nothing.
