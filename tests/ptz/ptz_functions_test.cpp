@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <span>
 #include <string>
+#include <vector>
 
+#include "support/broken_transfer.h"
 #include "support/simulated_camera.h"
 
 namespace {
@@ -12,15 +16,21 @@ using simulator::CameraOptions;
 using support::SimulatedCamera;
 using Bytes = std::vector<std::uint8_t>;
 
-/// What the six functions answer, "-" for nothing, and what they print.
-std::string allSix() {
+/// The six functions, each with its answer as a text; "-" for nothing.
+std::string (*const kSix[])() = {
+    [] { return getPanTiltPosition().value_or("-"); },
+    [] { return getZoomPosition().value_or("-"); },
+    [] { return getPanTiltData().value_or("-"); },
+    [] { return getZoomData().value_or("-"); },
+    [] { return std::string(setPanTiltPosition(3600, -3600) ? "moved" : "refused"); },
+    [] { return std::string(setZoomPosition(7) ? "moved" : "refused"); }};
+
+/// What these functions answer, and then what they have printed.
+std::string heard(std::span<std::string (*const)()> functions) {
     testing::internal::CaptureStderr();
     std::string answers;
-    for (const auto read : {getPanTiltPosition, getZoomPosition, getPanTiltData, getZoomData})
-        answers += read().value_or("-") + " ";
-    answers += setPanTiltPosition(3600, -3600) ? "moved " : "refused ";
-    answers += setZoomPosition(7) ? "moved\n" : "refused\n";
-    return answers + testing::internal::GetCapturedStderr();
+    for (const auto function : functions) answers += (answers.empty() ? "" : " ") + function();
+    return answers + "\n" + testing::internal::GetCapturedStderr();
 }
 
 /// Without one kind of request to both controls.
@@ -57,8 +67,58 @@ TEST(PtzFunctions, AnswerAndSayWhatIsWrong) {
         {otherProduct, "- - - - refused refused\n"}};
     for (const auto &[options, expected] : rows) {
         SimulatedCamera bench(options);
-        EXPECT_EQ(allSix(), expected);
+        EXPECT_EQ(heard(kSix), expected);
     }
+}
+
+/// What is heard of one of the six while its transfers break as `breakage` says, and how many orders came;
+/// nothing stays open. `options`: what the camera itself refuses.
+std::string heard(std::size_t function, support::Breakage &breakage, const CameraOptions &options = {}) {
+    SimulatedCamera bench(options);
+    const auto shared = std::make_shared<support::Breakage>(breakage);
+    UVCController::useDeviceRegistry(std::make_shared<support::BrokenBus>(bench.bus, shared));
+    const std::string answer = heard(std::span(kSix).subspan(function, 1));
+    EXPECT_EQ(bench.bus->openHandles(), 0);
+    breakage = *shared;
+    return answer + std::to_string(bench.panTiltSets() + bench.zoomSets());
+}
+
+/// However a transfer breaks, a function ends as with a camera that refuses that request.
+TEST(PtzFunctions, EndAsStatedWhicheverTransferBreaksInWhicheverWay) {
+    using enum usb::Outcome;
+    int situations = 0;
+    for (std::size_t function = 0; function < 6; ++function) {
+        support::Breakage whole;
+        const std::string asUsual = heard(function, whole);
+        for (std::size_t number = 0; number < whole.requests.size(); ++number) {
+            for (const usb::Outcome way : {refused, timedOut, disconnected, denied, busy, failed}) {
+                CameraOptions refusing;
+                for (std::size_t other = number; other < whole.requests.size(); ++other) {
+                    const usb::SetupPacket &setup = whole.requests[other];
+                    if (other == number || way == disconnected)
+                        refusing.refused.insert(
+                            {1, static_cast<std::uint8_t>(setup.value >> 8), setup.request});
+                }
+                support::Breakage none;
+                support::Breakage broken{.first = number, .outcome = way};
+                const std::string expected = heard(function, none, refusing);
+                EXPECT_EQ(heard(function, broken), expected) << "function " << function << ", transfer "
+                                                             << number << ", way " << static_cast<int>(way);
+                ++situations;
+            }
+        }
+        support::Breakage closed{.closing = failed};
+        EXPECT_EQ(heard(function, closed), asUsual);
+        CameraOptions dead = without(0x86);
+        support::Breakage none;
+        const std::string expected = heard(function, none, dead);
+        for (const usb::Outcome way : {disconnected, denied, busy, failed}) {
+            support::Breakage shut{.opening = way};
+            EXPECT_EQ(heard(function, shut), expected) << "function " << function;
+            EXPECT_TRUE(shut.requests.empty());
+        }
+    }
+    EXPECT_EQ(situations, 6 * (4 * 6 + 2 * 5));
 }
 
 TEST(PtzFunctions, SetSendsOneRequestClampedAndRoundedToTheCamerasRange) {
