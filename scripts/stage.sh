@@ -14,6 +14,11 @@ on_stage() {
     export QT_QPA_PLATFORM=xcb
     openbox >/dev/null 2>&1 &
     players=($!)
+    # Before it is ready, no window can be brought to the front.
+    for _ in $(seq 100); do
+        xdotool get_num_desktops >/dev/null 2>&1 && break
+        sleep 0.1
+    done
     trap 'kill "${players[@]}" 2>/dev/null || true' EXIT
 }
 
