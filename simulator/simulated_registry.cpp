@@ -15,6 +15,10 @@ struct SimulatedRegistry::Port {
     std::string name;
     std::shared_ptr<CameraModel> camera;  // null: a device that is no camera
     usb::Outcome openAnswer = usb::Outcome::done;
+    usb::Outcome closeAnswer = usb::Outcome::done;
+    std::size_t requests = 0;  // since it was plugged in
+    std::size_t brokenRequest = ~std::size_t{0};
+    usb::Outcome brokenAnswer = usb::Outcome::done;
     bool unplugged = false;
 
     [[nodiscard]] bool isGone() const { return unplugged || (camera && camera->isUnplugged()); }
@@ -27,7 +31,7 @@ using usb::Outcome;
 
 class SimulatedVideoControl : public usb::VideoControl {
  public:
-    SimulatedVideoControl(std::shared_ptr<const Port> port, std::shared_ptr<int> openHandles)
+    SimulatedVideoControl(std::shared_ptr<Port> port, std::shared_ptr<int> openHandles)
         : port_(std::move(port)),
           openHandles_(std::move(openHandles)),
           descriptors_(port_->camera->videoControlDescriptors()) {}
@@ -50,6 +54,7 @@ class SimulatedVideoControl : public usb::VideoControl {
     }
 
     [[nodiscard]] Outcome close() override {
+        if (port_->closeAnswer != Outcome::done) return port_->closeAnswer;
         giveBack();
         return Outcome::done;
     }
@@ -58,6 +63,9 @@ class SimulatedVideoControl : public usb::VideoControl {
                                          std::span<std::uint8_t> data) override {
         if (!open_ || setup.length != data.size()) return Outcome::failed;
         if (port_->isGone()) return Outcome::disconnected;
+        const std::size_t number = port_->requests++;
+        const bool gone = port_->brokenAnswer == Outcome::disconnected && number > port_->brokenRequest;
+        if (number == port_->brokenRequest || gone) return port_->brokenAnswer;
 
         CameraModel &camera = *port_->camera;
         // A request that times out does not reach the camera at all. Waiting for it would only slow down
@@ -76,7 +84,7 @@ class SimulatedVideoControl : public usb::VideoControl {
         open_ = false;
     }
 
-    std::shared_ptr<const Port> port_;
+    std::shared_ptr<Port> port_;
     std::shared_ptr<int> openHandles_;
     std::vector<std::uint8_t> descriptors_;
     bool open_ = false;
@@ -84,7 +92,7 @@ class SimulatedVideoControl : public usb::VideoControl {
 
 class SimulatedDevice : public usb::Device {
  public:
-    SimulatedDevice(std::shared_ptr<const Port> port, std::shared_ptr<int> openHandles)
+    SimulatedDevice(std::shared_ptr<Port> port, std::shared_ptr<int> openHandles)
         : port_(std::move(port)), openHandles_(std::move(openHandles)) {}
 
     [[nodiscard]] std::optional<std::uint16_t> vendorId() const override { return port_->vendorId; }
@@ -103,7 +111,7 @@ class SimulatedDevice : public usb::Device {
     }
 
  private:
-    std::shared_ptr<const Port> port_;
+    std::shared_ptr<Port> port_;
     std::shared_ptr<int> openHandles_;
 };
 
@@ -148,6 +156,20 @@ void SimulatedRegistry::plugOther(std::uint16_t vendorId, std::uint16_t productI
 void SimulatedRegistry::answerOpenWith(const std::shared_ptr<CameraModel> &camera, usb::Outcome outcome) {
     for (const std::shared_ptr<Port> &port : ports_)
         if (port->camera == camera) port->openAnswer = outcome;
+}
+
+void SimulatedRegistry::answerCloseWith(const std::shared_ptr<CameraModel> &camera, usb::Outcome outcome) {
+    for (const std::shared_ptr<Port> &port : ports_)
+        if (port->camera == camera) port->closeAnswer = outcome;
+}
+
+void SimulatedRegistry::answerRequestWith(const std::shared_ptr<CameraModel> &camera, std::size_t number,
+                                          usb::Outcome outcome) {
+    for (const std::shared_ptr<Port> &port : ports_) {
+        if (port->camera != camera) continue;
+        port->brokenRequest = port->requests + number;
+        port->brokenAnswer = outcome;
+    }
 }
 
 std::optional<std::vector<std::shared_ptr<const usb::Device>>> SimulatedRegistry::devices() const {

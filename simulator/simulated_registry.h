@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -32,6 +33,13 @@ class SimulatedRegistry : public usb::DeviceRegistry {
     /// Outcome::busy for a camera that a driver or program holds, Outcome::denied for one without rights,
     /// Outcome::done to end it.
     void answerOpenWith(const std::shared_ptr<CameraModel> &camera, usb::Outcome outcome);
+
+    /// The same of close(), which then closes nothing.
+    void answerCloseWith(const std::shared_ptr<CameraModel> &camera, usb::Outcome outcome);
+    /// One request from now on, the next being number 0, does not reach the camera and answers `outcome`;
+    /// Outcome::disconnected, as those after it do.
+    void answerRequestWith(const std::shared_ptr<CameraModel> &camera, std::size_t number,
+                           usb::Outcome outcome);
 
     /// How many VideoControl interfaces are open.
     [[nodiscard]] int openHandles() const { return *openHandles_; }

@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <memory>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "support/broken_transfer.h"
 #include "support/simulated_camera.h"
 
 namespace {
@@ -71,15 +71,10 @@ TEST(PtzFunctions, AnswerAndSayWhatIsWrong) {
     }
 }
 
-/// What is heard of one of the six while its transfers break as `breakage` says, and how many orders came;
-/// nothing stays open. `options`: what the camera itself refuses.
-std::string heard(std::size_t function, support::Breakage &breakage, const CameraOptions &options = {}) {
-    SimulatedCamera bench(options);
-    const auto shared = std::make_shared<support::Breakage>(breakage);
-    UVCController::useDeviceRegistry(std::make_shared<support::BrokenBus>(bench.bus, shared));
+/// What is heard of one of the six, and how many orders came; nothing stays open.
+std::string heard(const SimulatedCamera &bench, std::size_t function) {
     const std::string answer = heard(std::span(kSix).subspan(function, 1));
     EXPECT_EQ(bench.bus->openHandles(), 0);
-    breakage = *shared;
     return answer + std::to_string(bench.panTiltSets() + bench.zoomSets());
 }
 
@@ -87,35 +82,35 @@ std::string heard(std::size_t function, support::Breakage &breakage, const Camer
 TEST(PtzFunctions, EndAsStatedWhicheverTransferBreaksInWhicheverWay) {
     using enum usb::Outcome;
     int situations = 0;
-    for (std::size_t function = 0; function < 6; ++function) {
-        support::Breakage whole;
-        const std::string asUsual = heard(function, whole);
-        for (std::size_t number = 0; number < whole.requests.size(); ++number) {
+    for (std::size_t function = 0; function < std::size(kSix); ++function) {
+        const SimulatedCamera whole;
+        const std::string asUsual = heard(whole, function);
+        const auto requests = whole.camera->transfers();
+        for (std::size_t number = 0; number < requests.size(); ++number, situations += 6) {
             for (const usb::Outcome way : {refused, timedOut, disconnected, denied, busy, failed}) {
                 CameraOptions refusing;
-                for (std::size_t other = number; other < whole.requests.size(); ++other) {
-                    const usb::SetupPacket &setup = whole.requests[other];
+                for (std::size_t other = number; other < requests.size(); ++other) {
+                    const usb::SetupPacket &setup = requests[other].setup;
                     if (other == number || way == disconnected)
                         refusing.refused.insert(
                             {1, static_cast<std::uint8_t>(setup.value >> 8), setup.request});
                 }
-                support::Breakage none;
-                support::Breakage broken{.first = number, .outcome = way};
-                const std::string expected = heard(function, none, refusing);
-                EXPECT_EQ(heard(function, broken), expected) << "function " << function << ", transfer "
+                const std::string expected = heard(SimulatedCamera(refusing), function);
+                const SimulatedCamera broken;
+                broken.bus->answerRequestWith(broken.camera, number, way);
+                EXPECT_EQ(heard(broken, function), expected) << "function " << function << ", transfer "
                                                              << number << ", way " << static_cast<int>(way);
-                ++situations;
             }
         }
-        support::Breakage closed{.closing = failed};
-        EXPECT_EQ(heard(function, closed), asUsual);
-        CameraOptions dead = without(0x86);
-        support::Breakage none;
-        const std::string expected = heard(function, none, dead);
+        const SimulatedCamera staysOpen;
+        staysOpen.bus->answerCloseWith(staysOpen.camera, failed);
+        EXPECT_EQ(heard(staysOpen, function), asUsual);
+        const std::string expected = heard(SimulatedCamera(without(0x86)), function);
         for (const usb::Outcome way : {disconnected, denied, busy, failed}) {
-            support::Breakage shut{.opening = way};
-            EXPECT_EQ(heard(function, shut), expected) << "function " << function;
-            EXPECT_TRUE(shut.requests.empty());
+            const SimulatedCamera shut;
+            shut.bus->answerOpenWith(shut.camera, way);
+            EXPECT_EQ(heard(shut, function), expected) << "function " << function;
+            EXPECT_TRUE(shut.camera->transfers().empty());
         }
     }
     EXPECT_EQ(situations, 6 * (4 * 6 + 2 * 5));
