@@ -3,13 +3,10 @@
 #include <QImage>
 #include <QLabel>
 #include <QLocale>
-#include <QPainter>
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <memory>
 
-#include "simulator/preview/lecture_room.h"
 #include "simulator/preview/preview_window.h"
 #include "simulator/usbip/room_picture.h"
 
@@ -17,33 +14,6 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 using simulator::CameraModel;
-
-/// Where the middle of the blackboard's green is in a picture 320 wide and 180 high.
-QPointF blackboardAt(int pan, int tilt, int zoom = 0) {
-    QImage image(320, 180, QImage::Format_RGB32);
-    image.fill(Qt::black);
-    QPainter painter(&image);
-    simulator::paintLectureRoom(painter, image.rect(), {pan * 3600.0, tilt * 3600.0, zoom * 1.0});
-    QPointF sum;
-    int count = 0;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x) {
-            const QColor colour = image.pixelColor(x, y);
-            if (colour.green() < colour.red() + 30 || colour.green() < colour.blue() + 8) continue;
-            sum += QPointF(x, y);
-            ++count;
-        }
-    return sum / std::max(count, 1);
-}
-
-TEST(LectureRoom, IsSeenAsTheCameraTurnsLooksUpAndZooms) {
-    const QPointF home = blackboardAt(0, 0);
-    EXPECT_NEAR(home.x(), 160, 10);
-    EXPECT_LT(blackboardAt(5, 0).x(), home.x() - 10) << "to the right";
-    EXPECT_GT(blackboardAt(0, 8).y(), home.y() + 20) << "upwards";
-    EXPECT_GT(blackboardAt(0, 8, 50).y(), blackboardAt(0, 8).y() + 2) << "closer, so away from the middle";
-    EXPECT_DOUBLE_EQ(simulator::magnification(500), std::sqrt(10.0)) << "even steps on the way to ten times";
-}
 
 class PreviewWindowTest : public testing::Test {
  protected:

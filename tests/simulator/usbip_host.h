@@ -82,9 +82,7 @@ class Bench {
         simulator::usbip::Connection::Cameras cameras;
         for (const std::uint32_t number : {1u, 2u}) {
             models.push_back(std::make_shared<simulator::CameraModel>(options));
-            const auto paint = [this](const simulator::CameraModel &) {
-                return Bytes(simulator::kFrameBytes, static_cast<std::uint8_t>(++painted));
-            };
+            const auto paint = [](const simulator::CameraModel &) { return Bytes(simulator::kFrameBytes); };
             cameras.push_back(std::make_shared<simulator::usbip::VirtualCamera>(
                 "1-" + std::to_string(number), number, models.back(), paint, transferLog));
         }
@@ -94,7 +92,6 @@ class Bench {
 
     std::vector<std::shared_ptr<simulator::CameraModel>> models;
     std::ostringstream log;
-    int painted = 0;  ///< frames drawn; a frame's bytes are all its number
     simulator::usbip::TransferLog transferLog{log};
     std::unique_ptr<simulator::usbip::Server> server;
 };

@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "simulator/usbip/command_line.h"
 #include "simulator/usbip_host.h"
 
@@ -168,47 +166,6 @@ TEST_F(Usbip, EndsTheConnectionAtNonsenseAndNothingElse) {
         EXPECT_TRUE(wrong.isClosed()) << name;
     }
     EXPECT_TRUE(host.import());
-}
-
-TEST_F(Usbip, SurvivesAnyDamage) {
-    const Bytes whole = importRequest("1-1") + submit(1, 0, kToDevice, 8, wireSetup(kSetPosition)) +
-                        kSomewhere + unlink(2, 1);
-    std::mt19937 random(4711);
-    for (int round = 0; round < 300; ++round) {
-        Bytes damaged = whole;
-        for (int i = 0; i < 3; ++i)
-            damaged[40 + random() % (damaged.size() - 40)] = static_cast<std::uint8_t>(random());
-        damaged.resize(damaged.size() - random() % 60);
-        Host other(bench);
-        other.send(damaged);
-        for (const auto time : {1ms, 0ms}) ASSERT_TRUE(bench.server->runOnce(time));
-    }
-    for (int i = 0; i < 10; ++i) ASSERT_TRUE(bench.server->runOnce(1ms));
-    EXPECT_TRUE(host.import()) << "all those connections have let go of the camera";
-}
-
-TEST_F(Usbip, StreamsWholeFramesAtItsPaceAndNoneThatNobodyAskedFor) {
-    ASSERT_TRUE(host.import());
-    EXPECT_EQ(host.control({0x21, 0x01, 0x0200, 1, 34}, Bytes(34, 0xFF)).status, kStall) << "another format";
-    EXPECT_EQ(host.startStream(), 0);
-    const auto start = std::chrono::steady_clock::now();
-    for (std::uint8_t number = 1; number <= 3; ++number) {
-        Bytes frame;
-        Bytes payload;
-        do {
-            host.send(submit(1, 2, kToHost, 16384));
-            payload = host.reply().data;
-            ASSERT_GE(payload.size(), 2u);
-            EXPECT_EQ(payload[1] & 0x81, 0x80 | (number & 1)) << "the id changes with the frame";
-            frame.insert(frame.end(), payload.begin() + 2, payload.end());
-        } while ((payload[1] & 0x02) == 0 && frame.size() < simulator::kFrameBytes);
-        EXPECT_EQ(frame, Bytes(simulator::kFrameBytes, number));
-    }
-    EXPECT_GE(std::chrono::steady_clock::now() - start, 195ms) << "the third frame is due after 200 ms";
-    EXPECT_TRUE(host.isQuiet(300ms));
-    EXPECT_EQ(bench.painted, 3) << "nothing is drawn for nobody";
-    host.control({0x02, 0x01, 0, 0x82, 0});
-    EXPECT_THAT(bench.log.str(), EndsWith("1-1 stream-stop frames=3\n")) << "clearing the halt ends it";
 }
 
 TEST(UsbipCommandLine, TakesWhatItDocumentsAndNothingElse) {
