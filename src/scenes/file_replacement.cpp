@@ -8,6 +8,7 @@
 #include <QRandomGenerator>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstddef>
 #include <cstdio>
 #include <optional>
@@ -28,6 +29,9 @@ constexpr std::size_t kDigits = 16;
 
 // A temporary file that vanishes before it is renamed is written again.
 constexpr int kAttempts = 3;
+
+// No save takes so long, not even where the disk's clock is not ours.
+constexpr auto kLongestSave = std::chrono::hours(24);
 
 std::string temporaryName() {
     std::array<char, kDigits + 1> digits{};
@@ -71,7 +75,7 @@ std::error_code replaceOnce(const fs::path &path, std::string_view text, std::op
     const fs::path temporary = path.parent_path() / temporaryName();
     const FileHandle file(std::fopen(temporary.c_str(), "wbxe"));
     if (!file) return lastError();
-    // On a disk without locks nobody can get one, so nobody clears this file away.
+    // On a disk without locks nobody can get one, so nobody clears this file away before it is old.
     std::ignore = lock(file.get());
 
     std::error_code failure = fill(file.get(), text, mode);
@@ -82,6 +86,18 @@ std::error_code replaceOnce(const fs::path &path, std::string_view text, std::op
         flushFolder(path.parent_path());
     }
     return failure;
+}
+
+/// No program writes it any more: its lock can be had. Where there are no locks, or the file's mode keeps us
+/// from opening it, its age tells.
+bool isAbandoned(const fs::path &path) {
+    // Opened for writing since some network disks lock only then.
+    const FileHandle file(std::fopen(path.c_str(), "r+be"));
+    if (file && lock(file.get())) return true;
+    if (file && errno == EWOULDBLOCK) return false;
+    std::error_code failure;
+    const auto written = fs::last_write_time(path, failure);
+    return !failure && written < fs::file_time_type::clock::now() - kLongestSave;
 }
 
 }  // namespace
@@ -109,12 +125,9 @@ void removeAbandonedFiles(const fs::path &folder) {
     for (; !failure && entry != fs::recursive_directory_iterator(); entry.increment(failure)) {
         const fs::path &path = entry->path();
         std::error_code ignored;
-        if (!isTemporaryName(path.filename().string()) ||
-            !fs::is_regular_file(entry->symlink_status(ignored)))
-            continue;
-        // Opened for writing since some network disks lock only then.
-        const FileHandle file(std::fopen(path.c_str(), "r+be"));
-        if (file && lock(file.get())) ::unlink(path.c_str());
+        if (isTemporaryName(path.filename().string()) &&
+            fs::is_regular_file(entry->symlink_status(ignored)) && isAbandoned(path))
+            ::unlink(path.c_str());
     }
 }
 

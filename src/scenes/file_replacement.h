@@ -5,7 +5,8 @@
 #include <system_error>
 
 /// Files that are replaced as a whole. While one is written, a temporary file lies beside it, under a name
-/// that no room's file can have.
+/// that no room's file can have. It has one from the start, since a file without a name (O_TMPFILE) cannot
+/// take the place of another.
 namespace scenes {
 
 /// Writes `text` to a temporary file that then takes the place of `path`: until then the old file stays
@@ -16,7 +17,8 @@ namespace scenes {
 
 /// Removes the temporary files that killed programs have left in `folder` and in the folders below it.
 /// Follows no link below `folder` and removes no other file. One that a running program has locked stays; one
-/// that it has just made, or locks out of our sight, may go, and replaceFile() writes that one again.
+/// that it has just made, or locks out of our sight, may go, and replaceFile() writes that one again. Where
+/// a disk has no locks, one that is a day old goes.
 void removeAbandonedFiles(const std::filesystem::path &folder);
 
 }  // namespace scenes

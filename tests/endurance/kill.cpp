@@ -1,0 +1,194 @@
+// A program that saves rooms is killed at random moments. What it had saved is there, the room that it was
+// saving is the old or the new one, and the next start leaves no stray file. Every other program stands on a
+// disk without unnamed files and without locks, as some network disks are.
+//   kill [KILLS [SEED]]
+#include <fcntl.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <csignal>
+#include <cstddef>
+#include <random>
+#include <thread>
+
+#include "scenes/scene_reading.h"
+#include "scenes/store_walk.h"
+#include "support/store.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using scenes::SceneTree;
+
+unsigned seed = std::random_device{}();
+int killed = 0;
+
+[[noreturn]] void fail(const std::string &what) {
+    std::fprintf(stderr, "kill: seed %u, after %d killed: %s\n", seed, killed, what.c_str());
+    std::_Exit(1);  // the store stays where it is
+}
+
+/// What the program tells of itself, in memory that survives it.
+struct Progress {
+    std::atomic<int> start;  ///< 1: it found what it should; -1: it did not
+    std::atomic<int> begun;
+    std::atomic<int> done;
+};
+
+struct Save {
+    std::string centre, room;
+    std::vector<ManualPreset> scenes;
+    void into(SceneTree &tree) const { tree[centre][room] = scenes; }
+};
+
+constexpr std::array kCentres = {" Sin grupo", "Norte", "Ático"};
+constexpr std::array kRooms = {"Suelta", "Aula Ñ", "la más larga"};
+
+/// The next save of a program: both sides draw the same.
+Save drawSave(std::mt19937 &random) {
+    Save save{kCentres.at(random() % 3), kRooms.at(random() % 3), {}};
+    const unsigned most = random() % 8 == 0 ? 600 : 20;
+    for (auto left = random() % most; left > 0; --left)
+        save.scenes.push_back(
+            support::scene("Posición " + std::to_string(random()), static_cast<int>(random())));
+    return save;
+}
+
+/// From now on the system refuses unnamed files and locks.
+bool moveToPoorDisk() {
+    constexpr std::uint32_t kUnnamed = O_TMPFILE & ~O_DIRECTORY;
+    sock_filter rules[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+                           BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_flock, 3, 0),
+                           BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_openat, 0, 3),
+                           BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, args[2])),
+                           BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, kUnnamed, 0, 1),
+                           BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EOPNOTSUPP),
+                           BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
+    const sock_fprog program{std::size(rules), rules};
+    return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+           ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
+}
+
+/// Reads the store as it lies and clears nothing away.
+struct Reader : scenes::StoreVisitor {
+    explicit Reader(fs::path in) : documents(std::move(in)) {
+        tree[scenes::kNoCentre];
+        scenes::walkStore(documents, *this);
+    }
+    void foundCentre(const std::string &centre) override { tree[centre]; }
+    void foundRoom(const std::string &centre, const std::string &room, const std::string &path) override {
+        const auto file = scenes::readSceneFile(documents / path);
+        if (file.outcome != scenes::SceneFile::Outcome::read) fail(path + " is damaged");
+        tree[centre][room] = file.presets;
+    }
+    void cannotList(const std::string &folder) override { fail(folder); }
+    void foundNameless(const std::string &path) override { fail(path); }
+    fs::path documents;
+    SceneTree tree;
+};
+
+class Bench : public support::Store {
+ public:
+    Bench() {
+        for (const char *centre : kCentres) {
+            storeCentre(centre);
+            tree_[centre];
+        }
+    }
+
+    void killOne() {
+        random_.seed(seed + static_cast<unsigned>(killed));
+        // A day later; and now and then a room is not there yet.
+        for (const fs::path &stray : strays())
+            fs::last_write_time(stray, fs::file_time_type::clock::now() - std::chrono::hours(25));
+        if (random_() % 4 == 0 && tree_["Norte"].erase("Aula Ñ") != 0)
+            fs::remove(store() / "Norte/Aula Ñ.presets");
+        const std::chrono::duration<double, std::micro> delay(
+            std::exp2(4 + static_cast<int>(random_() % 900) / 100.0));
+
+        new (progress_) Progress{};
+        const pid_t program = ::fork();
+        if (program == 0) run();
+        while (progress_->start == 0 && ::waitpid(program, nullptr, WNOHANG) == 0)
+            std::this_thread::sleep_for(std::chrono::microseconds(20));
+        if (progress_->start != 1) fail("does not start on what the last one left");
+        std::this_thread::sleep_for(delay);
+        ::kill(program, SIGKILL);
+        ::waitpid(program, nullptr, 0);
+        ++killed;
+        examine();
+    }
+
+    void lastStart() {
+        if (obtenerPresets() != tree_ || !strays().empty()) fail("the last start");
+    }
+
+    int saves = 0, inside = 0, amid = 0, replaced = 0;
+
+ private:
+    [[noreturn]] void run() {
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        const bool isReady = killed % 2 == 0 || moveToPoorDisk();
+        progress_->start = isReady && obtenerPresets() == tree_ && strays().empty() ? 1 : -1;
+        while (true) {
+            const Save save = drawSave(random_);
+            ++progress_->begun;
+            PresetToFile(scenes::roomPath(save.centre, save.room), save.scenes);
+            ++progress_->done;
+        }
+    }
+
+    void examine() {
+        for (saves += progress_->done; progress_->done > 0; --progress_->begun, --progress_->done)
+            drawSave(random_).into(tree_);
+        SceneTree other = tree_;
+        if (progress_->begun > 0) drawSave(random_).into(other);
+        const bool isAmid = !strays().empty();
+        inside += progress_->begun;
+        amid += isAmid ? 1 : 0;
+
+        const SceneTree found = Reader(documents_.path()).tree;
+        if (found == tree_) return;
+        if (found != other || isAmid) fail("neither the old nor the new rooms in " + store().string());
+        tree_ = other;
+        ++replaced;
+    }
+
+    [[nodiscard]] std::vector<fs::path> strays() const {
+        std::vector<fs::path> found;
+        for (const auto &entry : fs::recursive_directory_iterator(store()))
+            if (entry.is_regular_file() && entry.path().extension() != ".presets") found.push_back(entry);
+        return found;
+    }
+
+    std::mt19937 random_;
+    SceneTree tree_;
+    Progress *progress_ = static_cast<Progress *>(
+        ::mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+};
+
+}  // namespace
+
+int main(int argc, char **argv) {
+    const int kills = argc > 1 ? std::atoi(argv[1]) : 10'000;
+    if (argc > 2) seed = static_cast<unsigned>(std::strtoul(argv[2], nullptr, 10));
+    std::printf("kill: %d times, seed %u\n", kills, seed);
+    std::fflush(stdout);
+    Bench bench;
+    while (killed < kills) bench.killOne();
+    bench.lastStart();
+    std::printf(
+        "kill: %d killed, after %d whole saves; %d inside a save, %d of them between making the new file and "
+        "renaming it, %d behind\n",
+        killed, bench.saves, bench.inside, bench.amid, bench.replaced);
+    if (bench.amid == 0 || bench.replaced == 0) fail("no kill has hit a save in its middle");
+}
