@@ -1,11 +1,26 @@
-#include <benchmark/benchmark.h>
-
+// Everything that is measured on the machine itself, and the table of it. Compare within one run only.
 #include <QApplication>
+
+#include "comparison.h"
 
 int main(int argc, char **argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return bench::runAndCompare(
+        argc, argv,
+        {
+            {"read a store of 10 scenes / decrypt the same bytes", "BM_ReadStore/10", {"BM_DecryptStore/10"}},
+            {"of 1,000 scenes", "BM_ReadStore/1000", {"BM_DecryptStore/1000"}, 1.25},
+            {"of 100,000 scenes", "BM_ReadStore/100000", {"BM_DecryptStore/100000"}, 1.25},
+            {"save a room of ten / write, flush and rename the same bytes", "BM_SaveRoom", {"BM_BareSave"}, 1.5},
+            {"read a type description / sscanf", "BM_ReadTypeDescription", {"BM_SscanfTypeDescription"}, 3},
+            {"read a value string / sscanf", "BM_ReadValue", {"BM_SscanfValue"}, 3},
+            {"read a value string of fractions / sscanf", "BM_ReadFractions", {"BM_SscanfFractions"}, 3},
+            {"write a value string / snprintf", "BM_WriteValue", {"BM_SnprintfValue"}, 3},
+            {"start to the first window, no scenes / a bare window", "BM_Start/0", {"BM_StartBare"}, 1.5},
+            {"memory of it", "BM_Start/0", {"BM_StartBare"}, 1.3, "MB"},
+            {"start with 1,000 scenes / start and read them", "BM_Start/1000", {"BM_Start/0", "BM_ReadStore/1000"}, 1},
+            {"recall a scene, simulated bus / the same requests, bare", "BM_RecallScene", {"BM_BareRequests"}},
+            {"the same, allocations", "BM_RecallScene", {"BM_BareRequests"}, 0, "allocations"},
+        });
 }

@@ -30,8 +30,7 @@ measure() {
     local backend=$1
     shift
     echo "== $backend, $(devices) devices"
-    "$build/bench/zel_recall_bench" --benchmark_filter="BM_(Recall|Bare$backend)/" \
-        --benchmark_enable_random_interleaving=true --benchmark_color=false "$@"
+    "$build/bench/zel_recall_bench" --benchmark_filter="BM_(Recall|Bare$backend)/" "$@"
 }
 
 measure Driver "$@"

@@ -13,8 +13,8 @@
 #include <cstdint>
 #include <memory>
 #include <span>
-#include <vector>
 
+#include "comparison.h"
 #include "model/camera_models.h"
 #include "ptz/ptz_functions.h"
 #include "usb/system_registry.h"
@@ -94,18 +94,15 @@ void BM_BareLibusb(benchmark::State &state) {
     libusb_exit(context);
 }
 
-/// One recall a row, many rows: other work of the machine lengthens some of them, and the fastest is
-/// compared.
-void oneByOne(benchmark::internal::Benchmark *rows) {
-    rows->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1)->Repetitions(30);
-    rows->ComputeStatistics(
-        "min", [](const std::vector<double> &times) { return *std::ranges::min_element(times); });
-    rows->DisplayAggregatesOnly();
-}
-BENCHMARK(BM_Recall)->Apply(oneByOne);
-BENCHMARK(BM_BareDriver)->Apply(oneByOne);
-BENCHMARK(BM_BareLibusb)->Apply(oneByOne);
+BENCHMARK(BM_Recall)->Apply(bench::oneByOne);
+BENCHMARK(BM_BareDriver)->Apply(bench::oneByOne);
+BENCHMARK(BM_BareLibusb)->Apply(bench::oneByOne);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char **argv) {
+    return bench::runAndCompare(
+        argc, argv,
+        {{"recall / the bare orders, through the kernel's driver", "BM_Recall", {"BM_BareDriver"}, 1.5},
+         {"recall / the bare requests, through libusb", "BM_Recall", {"BM_BareLibusb"}, 1.15}});
+}

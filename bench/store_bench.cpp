@@ -1,102 +1,50 @@
-// How long the start waits for the store, by its number of scenes, beside one decryption of the same bytes:
-// the files' cipher sets the floor. Compare the rows of one run.
+// How long the start waits for the store, by its number of scenes, beside one decryption of the same bytes: the
+// files' cipher sets the floor. And how long a person waits for a room to be on the disk, beside the bare way there.
 #include <benchmark/benchmark.h>
+#include <fcntl.h>
 #include <openssl/evp.h>
+#include <unistd.h>
 
 #include <cstdint>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
+#include <filesystem>
+#include <iterator>
 #include <memory>
-#include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "platform/services.h"
+#include "comparison.h"
 #include "scenes/base64.h"
-#include "scenes/scene_file.h"
-#include "scenes/scene_tree.h"
-#include "scenes/store_paths.h"
+#include "temporary_store.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::int64_t kScenesOfARoom = 10;
-constexpr std::int64_t kRoomsOfACentre = 100;
-
-/// A Documents folder with a store of so many scenes; it goes with the object.
-class Store : public platform::UserFolders {
- public:
-    explicit Store(std::int64_t scenes) {
-        std::string name = (fs::temp_directory_path() / "store-XXXXXX").string();
-        if (::mkdtemp(name.data()) == nullptr) std::abort();
-        root_ = name;
-        for (std::int64_t room = 0; room * kScenesOfARoom < scenes; ++room) {
-            const std::string centre = "Centro " + std::to_string(room / kRoomsOfACentre);
-            fs::create_directories(root_ / scenes::centrePath(centre));
-            rooms_.push_back(scenes::roomPath(centre, "Aula " + std::to_string(room)));
-        }
-    }
-    ~Store() override { fs::remove_all(root_); }
-    Store(const Store &) = delete;
-    Store &operator=(const Store &) = delete;
-
-    [[nodiscard]] std::optional<std::string> documents() const override { return root_.string(); }
-    [[nodiscard]] std::optional<std::string> downloads() const override { return root_.string(); }
-
-    /// Saving waits for the disk: all but the first room are copies of it.
-    void fill() const {
-        PresetToFile(rooms_.front(), roomOfTen());
-        for (const std::string &room : rooms_) {
-            if (room != rooms_.front()) fs::copy_file(root_ / rooms_.front(), root_ / room);
-        }
-    }
-
-    /// What the cipher makes of all rooms, in one piece.
-    [[nodiscard]] std::vector<std::uint8_t> cipherBytes() const {
-        std::vector<std::uint8_t> all;
-        for (const std::string &room : rooms_) {
-            std::ifstream file(root_ / room, std::ios::binary);
-            const std::string text{std::istreambuf_iterator<char>(file), {}};
-            const auto bytes = scenes::base64DecodeIgnoringUnknown(text);
-            if (!bytes) std::abort();
-            all.insert(all.end(), bytes->begin(), bytes->end());
-        }
-        return all;
-    }
-
- private:
-    static std::vector<ManualPreset> roomOfTen() {
-        std::vector<ManualPreset> room;
-        for (std::int64_t i = 0; i < kScenesOfARoom; ++i) {
-            room.push_back({"Pizarra y mesa del profesor " + std::to_string(i), "", "", "", 3600 * i,
-                            -3600 * i, 10 * i});
-        }
-        return room;
-    }
-
-    fs::path root_;
-    std::vector<std::string> rooms_;
-};
-
-std::shared_ptr<Store> storeOf(std::int64_t scenes) {
-    auto store = std::make_shared<Store>(scenes);
-    platform::Services services = platform::services();
-    services.folders = store;
-    platform::installServices(std::move(services));
-    store->fill();
-    return store;
-}
-
 void BM_ReadStore(benchmark::State &state) {
-    const auto store = storeOf(state.range(0));
+    bench::storeOf(state.range(0));
     for (auto _ : state) benchmark::DoNotOptimize(obtenerPresets());
 }
 
+std::string contentOf(const fs::path &path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// What the cipher makes of all rooms, in one piece.
+std::vector<std::uint8_t> cipherBytes(const bench::TemporaryStore &store) {
+    std::vector<std::uint8_t> all;
+    for (const std::string &room : store.rooms()) {
+        const auto bytes = scenes::base64DecodeIgnoringUnknown(contentOf(store.absolute(room)));
+        if (!bytes) std::abort();
+        all.insert(all.end(), bytes->begin(), bytes->end());
+    }
+    return all;
+}
+
 void BM_DecryptStore(benchmark::State &state) {
-    const auto cipher = storeOf(state.range(0))->cipherBytes();
+    const auto cipher = cipherBytes(bench::storeOf(state.range(0)));
     std::vector<std::uint8_t> plain(cipher.size() + 8);
     const std::vector<std::uint8_t> key(24, 0x5A);
     const std::unique_ptr<EVP_CIPHER_CTX, decltype(&EVP_CIPHER_CTX_free)> context(EVP_CIPHER_CTX_new(),
@@ -111,7 +59,39 @@ void BM_DecryptStore(benchmark::State &state) {
         if (written != static_cast<int>(cipher.size())) state.SkipWithError("not decrypted");
     }
 }
-BENCHMARK(BM_ReadStore)->Arg(10)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_DecryptStore)->Arg(10)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+void ofStores(benchmark::internal::Benchmark *rounds) {
+    rounds->Arg(10)->Arg(1000)->Arg(100000)->MinTime(0.02)->Repetitions(9);
+}
+BENCHMARK(BM_ReadStore)->Apply(ofStores);
+BENCHMARK(BM_DecryptStore)->Apply(ofStores);
+
+void BM_SaveRoom(benchmark::State &state) {
+    const bench::TemporaryStore &store = bench::storeOf(bench::kScenesOfARoom);
+    const auto room = bench::roomOf(bench::kScenesOfARoom);
+    for (auto _ : state) PresetToFile(store.rooms().front(), room);
+}
+
+/// The same end, power failures included: the content is on the disk before the name, and the name at the end.
+bool saveBare(const fs::path &folder, const fs::path &path, const std::string &text) {
+    const fs::path temporary = folder / "new";
+    const int file = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    bool done = ::write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    done = ::fsync(file) == 0 && done;
+    done = ::close(file) == 0 && ::rename(temporary.c_str(), path.c_str()) == 0 && done;
+    const int handle = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    done = ::fsync(handle) == 0 && done;
+    return ::close(handle) == 0 && done;
+}
+
+void BM_BareSave(benchmark::State &state) {
+    const bench::TemporaryStore &store = bench::storeOf(bench::kScenesOfARoom);
+    const fs::path path = store.absolute(store.rooms().front());
+    const std::string text = contentOf(path);
+    for (auto _ : state)
+        if (!saveBare(path.parent_path(), path, text)) state.SkipWithError("not saved");
+}
+BENCHMARK(BM_SaveRoom)->Apply(bench::oneByOne);
+BENCHMARK(BM_BareSave)->Apply(bench::oneByOne);
 
 }  // namespace

@@ -8,16 +8,19 @@ namespace uvc {
 /// everywhere, while a windowing toolkit sets the process to the user's locale, where it may be a comma.
 class ScopedCLocale {
  public:
-    ScopedCLocale() : cLocale_(newlocale(LC_ALL_MASK, "C", locale_t{})), previous_(uselocale(cLocale_)) {}
-    ~ScopedCLocale() {
-        uselocale(previous_);
-        if (cLocale_ != locale_t{}) freelocale(cLocale_);
-    }
+    ScopedCLocale() : previous_(uselocale(cLocale())) {}
+    ~ScopedCLocale() { uselocale(previous_); }
     ScopedCLocale(const ScopedCLocale &) = delete;
     ScopedCLocale &operator=(const ScopedCLocale &) = delete;
 
  private:
-    locale_t cLocale_;  // none when memory is short: the thread then keeps the locale it has
+    /// Made once, for the life of the process: to make it takes longer than to read a number. None when memory
+    /// was short: the thread then keeps the locale it has.
+    static locale_t cLocale() {
+        static const locale_t locale = newlocale(LC_ALL_MASK, "C", locale_t{});
+        return locale;
+    }
+
     locale_t previous_;
 };
 
