@@ -17,8 +17,7 @@ class Fastest : public benchmark::BenchmarkReporter {
     void ReportRuns(const std::vector<Run> &runs) override {
         for (const Run &run : runs) {
             const std::string &arguments = run.run_name.args;
-            const std::string name =
-                run.run_name.function_name + (arguments.empty() ? "" : "/" + arguments);
+            const std::string name = run.run_name.function_name + (arguments.empty() ? "" : "/" + arguments);
             if (run.error_occurred) {
                 std::fprintf(stderr, "%s: %s\n", name.c_str(), run.error_message.c_str());
             } else if (run.run_type == Run::RT_Iteration) {

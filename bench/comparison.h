@@ -17,7 +17,8 @@ struct Row {
     std::string counter{};  ///< what is compared in place of the time
 };
 
-/// Several short rounds of a benchmark, of which the fastest counts: other work of the machine lengthens some.
+/// Several short rounds of a benchmark, of which the fastest counts: other work of the machine lengthens
+/// some.
 void repeatedly(benchmark::internal::Benchmark *rounds);
 /// For what waits for others, a disk or another process: hundreds of rounds of one step each, by the clock.
 void oneByOne(benchmark::internal::Benchmark *rounds);

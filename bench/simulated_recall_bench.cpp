@@ -35,8 +35,8 @@ void recallAgainAndAgain(benchmark::State &state, const Recall &recall) {
     const std::size_t before = allocations;
     for (auto _ : state)
         if (!recall()) state.SkipWithError("refused");
-    state.counters["allocations"] = benchmark::Counter(static_cast<double>(allocations - before),
-                                                       benchmark::Counter::kAvgIterations);
+    state.counters["allocations"] =
+        benchmark::Counter(static_cast<double>(allocations - before), benchmark::Counter::kAvgIterations);
 }
 
 void BM_RecallScene(benchmark::State &state) {
@@ -48,15 +48,16 @@ void BM_RecallScene(benchmark::State &state) {
 bool order(usb::VideoControl &camera, std::uint8_t selector, std::span<std::uint8_t> value) {
     std::array<std::uint8_t, 8> answer{};
     const auto ask = [&](std::uint8_t type, std::uint8_t request, std::span<std::uint8_t> data) {
-        const usb::SetupPacket setup{type, request, static_cast<std::uint16_t>(selector << 8),
-                                     static_cast<std::uint16_t>(support::kTerminal << 8 | camera.interfaceNumber()),
-                                     static_cast<std::uint16_t>(data.size())};
+        const usb::SetupPacket setup{
+            type, request, static_cast<std::uint16_t>(selector << 8),
+            static_cast<std::uint16_t>(support::kTerminal << 8 | camera.interfaceNumber()),
+            static_cast<std::uint16_t>(data.size())};
         return camera.controlRequest(setup, data) == usb::Outcome::done;
     };
     bool done = camera.open() == usb::Outcome::done &&
                 ask(usb::request::kGetRequestType, usb::request::kGetInfo, std::span(answer).first(1));
-    for (const std::uint8_t limit : {usb::request::kGetMin, usb::request::kGetMax, usb::request::kGetRes,
-                                     usb::request::kGetDef})
+    for (const std::uint8_t limit :
+         {usb::request::kGetMin, usb::request::kGetMax, usb::request::kGetRes, usb::request::kGetDef})
         done = done && ask(usb::request::kGetRequestType, limit, std::span(answer).first(value.size()));
     done = done && ask(usb::request::kSetRequestType, usb::request::kSetCur, value);
     return camera.close() == usb::Outcome::done && done;

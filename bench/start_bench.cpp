@@ -1,5 +1,5 @@
-// From the start of a process to its first window on the screen, beside a program with a bare window; and how much
-// memory it takes then. The platform is X11, since an X server tells others when a window is mapped.
+// From the start of a process to its first window on the screen, beside a program with a bare window; and how
+// much memory it takes then. The platform is X11, since an X server tells others when a window is mapped.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <poll.h>

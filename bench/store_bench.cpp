@@ -1,5 +1,6 @@
-// How long the start waits for the store, by its number of scenes, beside one decryption of the same bytes: the
-// files' cipher sets the floor. And how long a person waits for a room to be on the disk, beside the bare way there.
+// How long the start waits for the store, by its number of scenes, beside one decryption of the same bytes:
+// the files' cipher sets the floor. And how long a person waits for a room to be on the disk, beside the bare
+// way there.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <openssl/evp.h>
@@ -7,8 +8,8 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <fstream>
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -72,7 +73,8 @@ void BM_SaveRoom(benchmark::State &state) {
     for (auto _ : state) PresetToFile(store.rooms().front(), room);
 }
 
-/// The same end, power failures included: the content is on the disk before the name, and the name at the end.
+/// The same end, power failures included: the content is on the disk before the name, and the name at the
+/// end.
 bool saveBare(const fs::path &folder, const fs::path &path, const std::string &text) {
     const fs::path temporary = folder / "new";
     const int file = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);

@@ -20,7 +20,8 @@ namespace bench {
 inline std::vector<ManualPreset> roomOf(std::int64_t scenes) {
     std::vector<ManualPreset> room;
     for (std::int64_t i = 0; i < scenes; ++i) {
-        room.push_back({"Pizarra y mesa del profesor " + std::to_string(i), "", "", "", 3600 * i, -3600 * i, 10 * i});
+        room.push_back(
+            {"Pizarra y mesa del profesor " + std::to_string(i), "", "", "", 3600 * i, -3600 * i, 10 * i});
     }
     return room;
 }

@@ -29,8 +29,8 @@ void BM_SscanfTypeDescription(benchmark::State &state) {
         std::array<char, 16> second{};
         std::array<int, 2> sizes{};
         std::array<char, 2> signs{};
-        if (std::sscanf(kType, "{%c%d %15[a-z-]; %c%d %15[a-z-]}", &signs[0], &sizes[0], first.data(), &signs[1],
-                        &sizes[1], second.data()) != 6)
+        if (std::sscanf(kType, "{%c%d %15[a-z-]; %c%d %15[a-z-]}", &signs[0], &sizes[0], first.data(),
+                        &signs[1], &sizes[1], second.data()) != 6)
             state.SkipWithError("not read");
         benchmark::DoNotOptimize(second);
     }

@@ -22,7 +22,8 @@ BIG_ENDIAN_PACKAGES=(g++-s390x-linux-gnu qemu-user googletest)
 TOUR_PACKAGES=(xvfb xauth openbox xdotool imagemagick)
 # What a screen reader speaks to, and a Wayland desktop for it, beside the tour's screen.
 ACCESSIBILITY_PACKAGES=(at-spi2-core python3-pyatspi dbus-daemon weston)
-BENCH_PACKAGES=(libbenchmark-dev)
+# The start of the program is measured on an X server, which tells when a window appears.
+BENCH_PACKAGES=(libbenchmark-dev libxcb1-dev xvfb xauth)
 # Debian's own tools to make packages.
 PACKAGE_PACKAGES=(git build-essential dpkg-dev debhelper)
 # What reads the tree's text.

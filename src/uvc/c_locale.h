@@ -14,8 +14,8 @@ class ScopedCLocale {
     ScopedCLocale &operator=(const ScopedCLocale &) = delete;
 
  private:
-    /// Made once, for the life of the process: to make it takes longer than to read a number. None when memory
-    /// was short: the thread then keeps the locale it has.
+    /// Made once, for the life of the process: to make it takes longer than to read a number. None when
+    /// memory was short: the thread then keeps the locale it has.
     static locale_t cLocale() {
         static const locale_t locale = newlocale(LC_ALL_MASK, "C", locale_t{});
         return locale;
