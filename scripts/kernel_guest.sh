@@ -43,7 +43,11 @@ unpack_kernel() {
         package=$(kernel_package)
     fi
     [ -n "$package" ] || { echo "kernel_guest: apt knows no package linux-image-amd64" >&2; return 1; }
-    [ -e "$work/$package/complete" ] && { kernel=$work/$package; return 0; }
+    # Only what the guest can use: the rest is some 300 MB.
+    local parts=(net/9p fs/{9p,netfs,fscache,overlayfs,ext4,jbd2} fs/mbcache.ko lib crypto drivers/{virtio,usb,media,md}
+        drivers/block/brd.ko)
+    kernel=$work/$package
+    [ "$(cat "$kernel/complete" 2>/dev/null)" = "${parts[*]}" ] && return 0
 
     echo "Unpacking $package"
     rm -rf "${work:?}/$package"
@@ -52,15 +56,12 @@ unpack_kernel() {
         cd "$work/$package"
         # Lists grow old: what they name may have made room for a newer one.
         apt-get -qq download "$package" 2>/dev/null || { as_root apt-get -qq update && apt-get -qq download "$package"; }
-        # Only what the guest can use: the rest is some 300 MB.
-        local parts=(net/9p fs/9p fs/netfs fs/fscache fs/overlayfs lib crypto drivers/virtio drivers/usb drivers/media)
         dpkg-deb --fsys-tarfile ./*.deb | tar -x --wildcards './boot/vmlinuz-*' './lib/modules/*/modules.*' \
             "${parts[@]/#/./lib/modules/*/kernel/}"
         rm ./*.deb
         /sbin/depmod --basedir . "$(basename lib/modules/*)"
-        touch complete
+        echo "${parts[*]}" >complete
     )
-    kernel=$work/$package
 }
 
 # Writes to $1 an initial file system of busybox, the modules that the shares need, and init.sh.

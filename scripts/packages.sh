@@ -15,7 +15,7 @@ case $(. /etc/os-release && echo "${VERSION_ID:-}") in
 esac
 TEST_PACKAGES=(libgtest-dev libgmock-dev locales python3)
 # To boot Debian's kernel in an emulated machine, and what the tests call in there.
-KERNEL_PACKAGES=(qemu-system-x86 busybox-static cpio kmod udev usbip v4l-utils iproute2 util-linux)
+KERNEL_PACKAGES=(qemu-system-x86 busybox-static cpio kmod udev usbip v4l-utils iproute2 util-linux dmsetup e2fsprogs)
 # A compiler for a big-endian processor, what runs its programs here, and the tests' framework to build for it.
 BIG_ENDIAN_PACKAGES=(g++-s390x-linux-gnu qemu-user googletest)
 # xvfb-run calls xauth, which xvfb only recommends.

@@ -64,13 +64,6 @@ std::error_code fill(std::FILE *file, std::string_view text, std::optional<mode_
     return {};
 }
 
-/// The name is on disk when the folder is. A folder that cannot be told to write keeps the old or the new
-/// file when the power fails.
-void flushFolder(const fs::path &folder) {
-    const FileHandle handle(std::fopen(folder.c_str(), "re"));
-    if (handle) std::ignore = ::fsync(::fileno(handle.get()));
-}
-
 std::error_code replaceOnce(const fs::path &path, std::string_view text, std::optional<mode_t> mode) {
     const fs::path temporary = path.parent_path() / temporaryName();
     const FileHandle file(std::fopen(temporary.c_str(), "wbxe"));
@@ -117,6 +110,11 @@ std::error_code replaceFile(const fs::path &path, std::string_view text) {
         if (failure != std::errc::no_such_file_or_directory) break;
     }
     return failure;
+}
+
+void flushFolder(const fs::path &folder) {
+    const FileHandle handle(std::fopen(folder.c_str(), "re"));
+    if (handle) std::ignore = ::fsync(::fileno(handle.get()));
 }
 
 void removeAbandonedFiles(const fs::path &folder) {

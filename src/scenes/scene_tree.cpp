@@ -106,7 +106,10 @@ void crearDirectorioSiNoExiste(const std::string &newPath) {
     if (!guarded.refusal.empty()) return printFailure(guarded.refusal);
     std::error_code failure;
     fs::create_directories(path, failure);
-    if (failure) printFailure(path + ": " + failure.message());
+    if (failure) return printFailure(path + ": " + failure.message());
+    // The store's folder may be new as well as a centre's.
+    scenes::flushFolder(documents);
+    scenes::flushFolder(guarded.path.parent_path());
 }
 
 void eliminarDirectorio(const std::string &newPath) {
@@ -122,5 +125,7 @@ void eliminarDirectorio(const std::string &newPath) {
     if (failure) return printFailure(path + ": " + failure.message());
     // A missing item is no error to the library, but it is one to whoever asked for its removal.
     if (removed == 0)
-        printFailure(path + ": " + std::make_error_code(std::errc::no_such_file_or_directory).message());
+        return printFailure(path + ": " +
+                            std::make_error_code(std::errc::no_such_file_or_directory).message());
+    scenes::flushFolder(guarded.path.parent_path());
 }

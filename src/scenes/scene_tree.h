@@ -23,11 +23,13 @@ extern std::vector<std::string> ListaEscenas;    ///< names of the selected room
 /// is a fatal stop, as is a file at which FileToPreset() stops.
 [[nodiscard]] scenes::SceneTree obtenerPresets();
 
-/// Makes a folder, with those above it, and prints its URL; on failure, or when guardedPath() refuses it,
-/// also "Unable to create directory" and the reason. Prints nothing when it is there and can be listed.
+/// Makes a folder, with those above it, and prints its URL; blocks until it is on disk. On failure, or when
+/// guardedPath() refuses it, also "Unable to create directory" and the reason. Prints nothing when it is
+/// there and can be listed.
 void crearDirectorioSiNoExiste(const std::string &newPath);
 
 /// Removes a file or folder with all that it contains; a symbolic link is removed, not followed. Never
 /// removes the store's folder itself or what guardedPath() refuses. Prints the URL; a failure, a missing item
-/// included, prints "Unable to create directory" (as creating does; wanted) and the reason.
+/// included, prints "Unable to create directory" (as creating does; wanted) and the reason. Blocks until it
+/// is gone from the disk.
 void eliminarDirectorio(const std::string &newPath);
