@@ -1,10 +1,13 @@
 #include "ptz/camera_motion.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstdio>
 #include <limits>
+#include <map>
 #include <string>
 
 #include "platform/services.h"
@@ -26,14 +29,15 @@ CameraOptions exactCamera() {
     return options;
 }
 
-CameraOptions cameraRefusing(std::uint8_t selector, std::uint8_t request) {
-    CameraOptions options = exactCamera();
-    options.refused.insert({1, selector, request});
-    return options;
-}
-
 ptz::PositionDictionary panTilt(std::int64_t pan, std::int64_t tilt) {
     return {{"Pan_Value", pan}, {"Tilt_Value", tilt}};
+}
+
+/// The camera whose accepted orders are told when a process ends, beside the way it ends.
+const SimulatedCamera *observed = nullptr;
+
+void tellEnd(const char *end) {
+    if (observed) std::fprintf(stderr, "%s, %d orders", end, observed->panTiltSets() + observed->zoomSets());
 }
 
 /// Writes what it would show to standard error, which a death test can see.
@@ -41,6 +45,7 @@ struct SpokenAlerts : platform::Alerts {
     platform::AlertAnswer run(const platform::Alert &alert) override {
         std::fprintf(stderr, "%s|%s", alert.messageText.c_str(), alert.informativeText.c_str());
         for (const std::string &button : alert.buttons) std::fprintf(stderr, "|%s", button.c_str());
+        tellEnd("");
         return {};
     }
 };
@@ -55,9 +60,9 @@ class CameraMotion : public testing::Test {
     ~CameraMotion() override { DemoMode = false; }
 };
 
-constexpr char kFailureAlert[] =
-    "Error en la comunicación con la cámara\\|No se detecta la cámara. La aplicación finalizará al pulsar en "
-    "aceptar\\|Aceptar$";
+constexpr char kDialog[] =
+    "Error en la comunicación con la cámara|No se detecta la cámara. La aplicación finalizará al pulsar en "
+    "aceptar|Aceptar, 0 orders";
 
 using CameraMotionDeathTest = CameraMotion;
 
@@ -102,31 +107,78 @@ TEST_F(CameraMotion, DemoModeLeavesTheCameraAlone) {
     EXPECT_TRUE(bench.camera->transfers().empty());
 }
 
-TEST_F(CameraMotionDeathTest, ACameraThatFailsEndsTheProgramByTheDialogOrIfUnreadableWithoutIt) {
-    const auto act = [](const CameraOptions &options, void (*move)()) {
-        SimulatedCamera bench(options);
-        move();
+/// What a motion says in a process of its own, its end included.
+std::string heard(const SimulatedCamera &bench, void (*motion)()) {
+    testing::internal::CaptureStderr();
+    const pid_t child = ::fork();
+    if (child == 0) {
+        observed = &bench;
+        std::signal(SIGABRT, [](int) {
+            tellEnd("stopped");
+            ::_exit(0);
+        });
+        motion();
+        tellEnd("moved");
+        ::_exit(0);
+    }
+    int status = -1;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    return testing::internal::GetCapturedStderr();
+}
+
+/// A motion that only orders ends in the dialog; one that first reads ends without it while it reads. Limits
+/// that cannot be asked for change nothing.
+TEST_F(CameraMotion, EndsAsStatedWhicheverTransferBreaksInWhicheverWay) {
+    using enum usb::Outcome;
+    struct Row {
+        void (*motion)();
+        std::string control;
+        bool reads;
     };
-    CameraOptions foreign;
-    foreign.record.productId ^= 1;
-    EXPECT_EXIT(act(foreign, [] { (void)ZEL_GetPanTiltPosition(); }), ExitedWithCode(0), kFailureAlert);
-    EXPECT_EXIT(act(foreign, [] { (void)ZEL_GetZoomPosition(); }), ExitedWithCode(0), kFailureAlert);
-    EXPECT_EXIT(act(foreign, [] { ZEL_SetPanTiltPosition(1, 1); }), ExitedWithCode(0), kFailureAlert);
-
-    std::string refused = "unable to write new value to control [a-z-]+\n";
-    refused += kFailureAlert;
-    EXPECT_EXIT(act(cameraRefusing(support::kPanTiltAbs, support::kSetCur), [] { ptz::moveCameraBy(1, 0); }),
-                ExitedWithCode(0), refused);
-    EXPECT_EXIT(act(cameraRefusing(support::kZoomAbs, support::kSetCur), [] { ZoomMove(1); }),
-                ExitedWithCode(0), refused);
-
-    const std::string unreadable =
-        "^ERROR:  unable to read value of control: [a-z-]+\n" + support::kSilentEnd;
-    EXPECT_EXIT(
-        act(cameraRefusing(support::kPanTiltAbs, support::kGetCur), [] { (void)ZEL_GetPanTiltPosition(); }),
-        KilledBySignal(SIGABRT), unreadable);
-    EXPECT_EXIT(act(cameraRefusing(support::kZoomAbs, support::kGetCur), [] { ZoomMove(1); }),
-                KilledBySignal(SIGABRT), unreadable);
+    int situations = 0;
+    for (const auto &[motion, control, reads] :
+         {Row{[] { ZEL_SetPanTiltPosition(1, 1); }, "pan-tilt-abs\n", false},
+          Row{[] { ptz::moveCameraBy(1, 0); }, "pan-tilt-abs\n", true},
+          Row{[] { ZoomMove(1); }, "zoom-abs\n", true}}) {
+        const std::map<int, std::string> complaints = {
+            {0x86, "ERROR:  invalid control name: " + control},
+            {support::kGetCur, "ERROR:  unable to read value of control: " + control},
+            {support::kSetCur, "ERROR:  unable to write new value to control " + control}};
+        SimulatedCamera whole;
+        motion();
+        const auto requests = whole.camera->transfers();
+        for (std::size_t number = 0; number < requests.size(); ++number) {
+            for (const usb::Outcome way : {refused, timedOut, disconnected, denied, busy, failed}) {
+                // What is gone stays away: the next one that matters is the one that fails.
+                std::size_t failing = number;
+                while (way == disconnected && !complaints.contains(requests[failing].setup.request))
+                    ++failing;
+                const auto complaint = complaints.find(requests[failing].setup.request);
+                const bool isReading = reads && failing < requests.size() / 2;
+                const SimulatedCamera bench;
+                bench.bus->answerRequestWith(bench.camera, number, way);
+                EXPECT_EQ(heard(bench, motion),
+                          complaint == complaints.end()
+                              ? "moved, 1 orders"
+                              : complaint->second + (isReading ? "stopped, 0 orders" : kDialog))
+                    << control << reads << ", transfer " << number << ", way " << static_cast<int>(way);
+                ++situations;
+            }
+        }
+        for (const usb::Outcome way : {disconnected, denied, busy, failed}) {
+            const SimulatedCamera shut;
+            shut.bus->answerOpenWith(shut.camera, way);
+            EXPECT_EQ(heard(shut, motion), complaints.at(0x86) + (reads ? "stopped, 0 orders" : kDialog));
+        }
+        const SimulatedCamera staysOpen;
+        staysOpen.bus->answerCloseWith(staysOpen.camera, failed);
+        EXPECT_EQ(heard(staysOpen, motion), "moved, 1 orders");
+        CameraOptions foreign;
+        foreign.record.productId ^= 1;
+        EXPECT_EQ(heard(SimulatedCamera(foreign), motion), kDialog);
+    }
+    EXPECT_EQ(situations, 6 * (6 + 12 + 12));
 }
 
 TEST_F(CameraMotionDeathTest, NumbersBeyondTheCamerasRangeAreFatalAndThoseJustWithinAreSent) {
