@@ -2,6 +2,7 @@
 // have the shape that is cut up later, and what was opened is closed.
 #include "fuzz/scripted_camera.h"
 #include "ptz/ptz_functions.h"
+#include "support/listed_devices.h"
 #include "uvc/uvc_controller.h"
 
 namespace {
@@ -51,8 +52,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
                                                  1,  1,    18, 0x24, 2,    1,  1,    2,    0,    0,  0,
                                                  0,  0,    0,  0,    0,    3,  0xFF, 0xFF, 0xFF, 12, 0x24,
                                                  5,  2,    1,  0,    0,    3,  0xFF, 0xFF, 0xFF, 0};
-    UVCController::useDeviceRegistry(std::make_shared<fuzz::Registry>(
-        std::vector<std::shared_ptr<const usb::Device>>{std::make_shared<fuzz::Camera>(state)}));
+    UVCController::useDeviceRegistry(support::listing({{std::make_shared<fuzz::Camera>(state)}}));
     for (int calls = 0; calls < 8 && !input.isUsedUp(); ++calls) {
         call(input);
         fuzz::promise(state->open == 0, "what was opened is closed");

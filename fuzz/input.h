@@ -43,11 +43,6 @@ class Input {
         return taken;
     }
     /// All that is left.
-    std::vector<std::uint8_t> restBytes() {
-        std::vector<std::uint8_t> taken(rest_.begin(), rest_.end());
-        rest_ = {};
-        return taken;
-    }
     std::string restText() {
         std::string taken(rest_.begin(), rest_.end());
         rest_ = {};

@@ -87,16 +87,4 @@ class Camera : public usb::Device {
     std::shared_ptr<State> state_;
 };
 
-class Registry : public usb::DeviceRegistry {
- public:
-    explicit Registry(std::vector<std::shared_ptr<const usb::Device>> devices)
-        : devices_(std::move(devices)) {}
-    [[nodiscard]] std::optional<std::vector<std::shared_ptr<const usb::Device>>> devices() const override {
-        return devices_;
-    }
-
- private:
-    std::vector<std::shared_ptr<const usb::Device>> devices_;
-};
-
 }  // namespace fuzz

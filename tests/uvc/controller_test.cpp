@@ -6,6 +6,7 @@
 #include <sstream>
 #include <string>
 
+#include "support/listed_devices.h"
 #include "uvc/scripted_device.h"
 #include "uvc/uvc_control.h"
 #include "uvc/uvc_controller.h"
@@ -55,16 +56,16 @@ class Discovery : public testing::Test {
 
 TEST_F(Discovery, KeepsTheRegistrysOrderAndSkipsOtherDevices) {
     EXPECT_EQ(names(UVCController::uvcControllers()), "nothing");
-    UVCController::useDeviceRegistry(scripted::registry(std::nullopt));
+    UVCController::useDeviceRegistry(support::listing(std::nullopt));
     EXPECT_EQ(names(UVCController::uvcControllers()), "nothing");
     const auto keyboard = notACamera({3, 4, 40, "k"}, false);
     const auto broken = notACamera({3, 5, 50, "b"}, true);
-    UVCController::useDeviceRegistry(scripted::registry({{keyboard, broken}}));
+    UVCController::useDeviceRegistry(support::listing({{keyboard, broken}}));
     EXPECT_EQ(names(UVCController::uvcControllers()), "nothing");
 
     UVCController::useDeviceRegistry(
-        scripted::registry({{camera({1, 9, 10, "z"}), keyboard, camera({1, 2, 20, "y"}), broken,
-                             camera({1, 2, 30, "x"}), camera({3, 4, 40, "w"}), camera({{}, {}, {}, {}})}}));
+        support::listing({{camera({1, 9, 10, "z"}), keyboard, camera({1, 2, 20, "y"}), broken,
+                           camera({1, 2, 30, "x"}), camera({3, 4, 40, "w"}), camera({{}, {}, {}, {}})}}));
     EXPECT_EQ(names(UVCController::uvcControllers()), "zyxw?");
     EXPECT_EQ(names(UVCController::uvcControllersWithIds([](auto, auto) { return true; })), "zyxw");
     EXPECT_EQ(names(UVCController::uvcControllersWithIds(

@@ -118,19 +118,4 @@ inline std::shared_ptr<const usb::Device> device(std::shared_ptr<Script> script,
     return std::make_shared<Device>(std::move(script), std::move(ids));
 }
 
-/// A registry of these devices in this order; nothing when `devices` is nothing.
-struct Registry : usb::DeviceRegistry {
-    using Devices = std::optional<std::vector<std::shared_ptr<const usb::Device>>>;
-
-    Devices devices() const override { return present; }
-
-    Devices present;
-};
-
-inline std::shared_ptr<const usb::DeviceRegistry> registry(Registry::Devices devices) {
-    auto made = std::make_shared<Registry>();
-    made->present = std::move(devices);
-    return made;
-}
-
 }  // namespace scripted
