@@ -12,7 +12,7 @@ project=$(realpath "$(dirname "$0")/..")
 build=$(realpath "${1:-$project/build/release}")
 size=760x820
 margin=32  # around a window, for its frame and some of what is behind
-on_stage $size "$build"
+on_stage $size
 folder=$(mktemp -d)
 trap 'kill "${players[@]}" 2>/dev/null || true; rm -rf "$folder"' EXIT
 display -window root -size $size 'gradient:#4aa7a1-#1f5f78' || true  # its status is 1 when all is well

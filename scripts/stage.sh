@@ -5,21 +5,21 @@
 FRAME_LEFT=1
 FRAME_TOP=20
 
-# on_stage SIZE ARGUMENT...: starts the calling script anew with ARGUMENTs on a screen of that size, unless it is there.
+# on_stage SIZE: gives the calling script a screen of that size and a window manager. They are the first of its players,
+# who end with it.
 on_stage() {
-    local size=$1
-    shift
-    # 24 bits.
-    [ -n "${ON_STAGE:-}" ] || ON_STAGE=1 exec xvfb-run --auto-servernum --server-args="-screen 0 ${size}x24" "$0" "$@"
-    export QT_QPA_PLATFORM=xcb
-    openbox >/dev/null 2>&1 &
-    players=($!)
-    # Before it is ready, no window can be brought to the front.
-    for _ in $(seq 100); do
-        xdotool get_num_desktops >/dev/null 2>&1 && break
-        sleep 0.1
-    done
+    local screen ready number
+    players=()
     trap 'kill "${players[@]}" 2>/dev/null || true' EXIT
+    # Each has a pipe to say that it is ready. 24 bits.
+    exec {screen}< <(exec Xvfb -displayfd 1 -screen 0 "${1}x24" 2>/dev/null)
+    players+=($!)
+    read -r -t 60 -u "$screen" number || { echo "no screen: Xvfb does not start" >&2; exit 1; }
+    export DISPLAY=:$number QT_QPA_PLATFORM=xcb
+    # A window that appears while openbox starts is lost: openbox takes its request, shows nothing, and says no word.
+    exec {ready}< <(exec openbox --startup "echo ready" 2>/dev/null)
+    players+=($!)
+    read -r -t 60 -u "$ready" || { echo "no window manager: openbox does not start" >&2; exit 1; }
 }
 
 # window_called TITLE: waits for the window whose title begins so; its id.

@@ -10,7 +10,7 @@ mkdir -p "$2"
 folder=$(realpath "$2")
 rm -rf "${folder:?}"/*.png "$folder/store"
 # It holds both windows.
-on_stage 760x820 "$program" "$folder"
+on_stage 760x820
 start_edition "$program" "$folder"
 
 picture=0

@@ -12,10 +12,39 @@ mkdir -m 700 "$XDG_RUNTIME_DIR"
 export HOME XDG_RUNTIME_DIR LC_ALL=C.UTF-8
 unset XDG_DATA_HOME XDG_CONFIG_HOME XDG_CACHE_HOME
 pictures=${AUTOPKGTEST_ARTIFACTS:-$HOME}
-trap 'kill "${players[@]}" 2>/dev/null || true; rm -rf "$HOME"' EXIT
+program=
+
+# leave: at the end, whatever came of it. What went wrong is told by what is there.
+leave() {
+    local status=$? id file
+    trap - EXIT
+    set +e
+    if [ $status -ne 0 ]; then
+        import -window root "$pictures/failed.png"
+        echo "== windows, hidden ones too"
+        for id in $(xdotool search --name .); do
+            echo "$id «$(xdotool getwindowname "$id")»"
+        done
+        echo "== windows on the screen"
+        xdotool search --onlyvisible --name .
+        for file in "$HOME"/*.txt; do
+            echo "== ${file##*/}"
+            cat "$file"
+        done
+        if [ -n "$program" ] && kill -0 "$program" 2>/dev/null; then
+            echo "== the program has not ended"
+        elif [ -n "$program" ]; then
+            wait "$program"
+            echo "== the program ended with $?"
+        fi
+    fi
+    kill "${players[@]}" 2>/dev/null
+    rm -rf "$HOME"
+    exit $status
+}
+trap leave EXIT
 
 fail() {
-    import -window root "$pictures/failed.png"
     echo "FAILED: $*"
     exit 1
 }
@@ -48,7 +77,7 @@ gone() { ! on_screen "$1"; }
 window() {
     wait_until "window «$1»" on_screen "$1"
     window=$(on_screen "$1" | tail -1)
-    xdotool windowactivate --sync "$window"
+    xdotool windowactivate --sync "$window" || fail "no way to bring «$1» to the front"
 }
 
 # shown NAME: the window $window has something in it, and a picture of the screen stays.
