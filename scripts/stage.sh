@@ -1,5 +1,6 @@
 # shellcheck shell=bash
-# Sourced by tour.sh, pictures.sh and the packages' tests: the simulated edition on a virtual screen, and pictures of it.
+# Sourced by tour.sh, pictures.sh, the journey for assistive technology and the packages' tests: the simulated edition on a
+# virtual screen, and pictures of it.
 
 # What openbox draws left of a window and above it.
 FRAME_LEFT=1
@@ -8,15 +9,21 @@ FRAME_TOP=20
 # on_stage SIZE: gives the calling script a screen of that size and a window manager. They are the first of its players,
 # who end with it.
 on_stage() {
-    local screen ready number
+    local screen number
     players=()
     trap 'kill "${players[@]}" 2>/dev/null || true' EXIT
-    # Each has a pipe to say that it is ready. 24 bits.
+    # It says its number when it is ready. 24 bits.
     exec {screen}< <(exec Xvfb -displayfd 1 -screen 0 "${1}x24" 2>/dev/null)
     players+=($!)
     read -r -t 60 -u "$screen" number || { echo "no screen: Xvfb does not start" >&2; exit 1; }
     export DISPLAY=:$number QT_QPA_PLATFORM=xcb
-    # A window that appears while openbox starts is lost: openbox takes its request, shows nothing, and says no word.
+    manage_windows
+}
+
+# manage_windows: openbox joins the players, and is ready. A window that appears while it starts is lost: openbox takes
+# its request, shows nothing, and says no word.
+manage_windows() {
+    local ready
     exec {ready}< <(exec openbox --startup "echo ready" 2>/dev/null)
     players+=($!)
     read -r -t 60 -u "$ready" || { echo "no window manager: openbox does not start" >&2; exit 1; }

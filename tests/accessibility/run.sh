@@ -2,6 +2,8 @@
 # Plays journey.py twice, on X11 and on Wayland, each on a screen and a session bus of its own.
 #   run.sh PROGRAM FOLDER
 set -euo pipefail
+# shellcheck source=scripts/stage.sh
+. "$(dirname "$0")/../../scripts/stage.sh"
 
 if [ "${1:-}" != --on ]; then
     program=$(realpath "$1")
@@ -19,17 +21,16 @@ fi
 system=$2 program=$3 folder=$4
 XDG_RUNTIME_DIR=$(mktemp -d)
 export XDG_RUNTIME_DIR
-helpers=()
-trap 'kill "${helpers[@]}" 2>/dev/null || true; rm -rf "$XDG_RUNTIME_DIR"' EXIT
+players=()
+trap 'kill "${players[@]}" 2>/dev/null || true; rm -rf "$XDG_RUNTIME_DIR"' EXIT
 
 if [ "$system" = x11 ]; then
-    openbox &
-    helpers+=($!)
+    manage_windows
     display=(QT_QPA_PLATFORM=xcb)
 else
     # A window of the virtual screen, which gives it a keyboard: alone there, for the keys go to what has the pointer.
     weston --no-config --use-pixman --idle-time=0 --width=1280 --height=1000 --socket=journey >&2 &
-    helpers+=($!)
+    players+=($!)
     # shellcheck disable=SC2016 # the inner shell's own parameter
     timeout 30 sh -c 'until [ -S "$0/journey" ]; do sleep 0.1; done' "$XDG_RUNTIME_DIR"
     display=(QT_QPA_PLATFORM=wayland WAYLAND_DISPLAY=journey)
