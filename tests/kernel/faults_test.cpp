@@ -1,8 +1,11 @@
 #include <algorithm>
+#include <cstdio>
 #include <optional>
 #include <tuple>
 
 #include "kernel/each_backend.h"
+#include "platform/services.h"
+#include "ptz/camera_motion.h"
 
 namespace guest {
 namespace {
@@ -98,6 +101,7 @@ const FaultRow kFaults[] = {
     {"swapped-ids", kHealthy, {false, false, ptz::kUnreadablePosition, ptz::kUnreadablePosition, {}, ",,,"}},
     {"interface", kHealthy, kHealthy},
     {"misplaced", kHealthy, kHealthy},
+    {"gone", kNoCamera, kNoCamera},
     {"no-header", kNoCamera, kNoCamera},
 };
 
@@ -135,6 +139,35 @@ TEST_P(Fault, EndsInAnAnswerWithinItsTime) {
     EXPECT_EQ(done, answers.setPanTilt ? 1 : 0);
     const bool isPatient = row.fault == std::string("not-ready") && backend == Backend::uvcvideo;
     EXPECT_EQ(moves.size() > 1, isPatient) << moves.size();
+}
+
+/// Prints the dialog's text, where a death test sees it.
+struct PrintedAlerts : platform::Alerts {
+    platform::AlertAnswer run(const platform::Alert &alert) override {
+        std::fputs(alert.messageText.c_str(), stderr);
+        return {};
+    }
+};
+
+class MotionDeathTest : public EachBackend {};
+INSTANTIATE_TEST_SUITE_P(By, MotionDeathTest, kBothBackends, backendName);
+
+TEST_P(MotionDeathTest, OfACameraThatGoesAtTheOrderEndsInTheDialog) {
+    platform::Services services;
+    services.alerts = std::make_shared<PrintedAlerts>();
+    platform::installServices(services);
+    VirtualCamera camera({"--fault", "gone"});
+    for (void (*const motion)() :
+         {+[] { ZEL_SetPanTiltPosition(20, -4); }, +[] { ptz::moveCameraBy(8, 0); }}) {
+        camera.plugIn();
+        camera.forget();
+        EXPECT_EXIT(motion(), testing::ExitedWithCode(0),
+                    "^ERROR:  unable to write new value to control pan-tilt-abs\nError en la comunicación "
+                    "con la cámara$");
+        EXPECT_EQ(camera.count("unplug"), 1) << "no order has come";
+        EXPECT_EQ(backendTaken(camera), GetParam());
+        VirtualCamera::waitUntilGone();
+    }
 }
 
 }  // namespace
