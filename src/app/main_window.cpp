@@ -17,8 +17,7 @@ constexpr QSize kContentSize(480, 300);
 
 }  // namespace
 
-MainWindow::MainWindow(AppDelegate &delegate)
-    : menu_(delegate), strip_(menu_), frame_(this, QStringLiteral("Main Window")) {
+MainWindow::MainWindow(AppDelegate &delegate) : menu_(delegate), frame_(this, QStringLiteral("Main Window")) {
     setObjectName(QStringLiteral("mainWindow"));
     qApp->installEventFilter(this);
     menuBar()->setNativeMenuBar(false);
@@ -44,12 +43,14 @@ void MainWindow::makeKeyAndOrderFront() {
 }
 
 QWidget *MainWindow::onScreen() {
-    return strip_.isVisible() ? static_cast<QWidget *>(&strip_) : this;
+    return strip_ && strip_->isVisible() ? static_cast<QWidget *>(strip_.get()) : this;
 }
 
 void MainWindow::closeEvent(QCloseEvent *event) {
     event->accept();
-    if (!quitting_) strip_.showAt(pos());
+    if (quitting_) return;
+    if (!strip_) strip_ = std::make_unique<MenuStrip>(menu_);
+    strip_->showAt(pos());
 }
 
 bool MainWindow::eventFilter(QObject *watched, QEvent *event) {

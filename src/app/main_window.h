@@ -39,7 +39,7 @@ class MainWindow : public QMainWindow {
     void limitSize();
 
     MainMenu menu_;
-    MenuStrip strip_;
+    std::unique_ptr<MenuStrip> strip_;  ///< once the window has been closed
     platform::WindowFrame frame_;
     bool quitting_ = false;
 };

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QIcon>
 #include <QSettings>
+#include <QTest>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -26,7 +27,8 @@ TEST(DesktopDeath, ProgramHasItsNamesItsIconAndItsServicesAndOutlivesTheReaderOf
             const platform::Services &services = platform::services();
             const bool isEquipped = services.alerts && services.folders && services.panels &&
                                     services.webPages && services.shell->run({"exit 3"}) == 3;
-            const bool hasIcon = !QApplication::windowIcon().pixmap(32).isNull();
+            const bool hasIcon =
+                QTest::qWaitFor([] { return !QApplication::windowIcon().pixmap(32).isNull(); }, 3000);
             std::_Exit(isEquipped && hasIcon && !QGuiApplication::quitOnLastWindowClosed() ? 0 : 1);
         },
         ::testing::ExitedWithCode(0), "/Zelvoria/platform_tests\\.conf platform_tests\n");

@@ -4,6 +4,11 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QIcon>
+#include <QPainter>
+#include <QPixmap>
+#include <QSvgRenderer>
+#include <QTimer>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <memory>
@@ -24,6 +29,24 @@ static void initAppIcon() {
 namespace platform {
 namespace {
 
+/// The first window appears without waiting for its icon.
+constexpr std::chrono::milliseconds kIconDelay{200};
+
+/// Drawn here: Qt would load plugins for icons and for all kinds of pictures.
+void showAppIcon() {
+    initAppIcon();
+    QSvgRenderer picture(QStringLiteral(":/AppIcon.svg"));
+    QIcon icon;
+    for (const int size : {16, 32, 64, 128}) {
+        QPixmap drawn(size, size);
+        drawn.fill(Qt::transparent);
+        QPainter painter(&drawn);
+        picture.render(&painter);
+        icon.addPixmap(drawn);
+    }
+    QApplication::setWindowIcon(icon);
+}
+
 /// Where the package keeps its own commands.
 std::string toolsFolder() {
     const QDir programs(QCoreApplication::applicationDirPath());
@@ -39,8 +62,7 @@ void startDesktop(QApplication &application, const char *title) {
     // No display name: X11 windows would carry it behind their own titles.
     QGuiApplication::setDesktopFileName(QCoreApplication::applicationName());
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    initAppIcon();
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/AppIcon.svg")));
+    QTimer::singleShot(kIconDelay, &application, &showAppIcon);
     speakSpanish(application);
     // Whoever reads the standard output may go away. The next printed line must not end the program.
     std::signal(SIGPIPE, SIG_IGN);
