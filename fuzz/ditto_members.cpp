@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -141,7 +142,9 @@ int ditto(const std::string &archive, const std::string &folder) {
     fuzz::promise(::posix_spawn(&child, ZEL_DITTO, &quiet, nullptr, arguments.data(), environ) == 0,
                   "ditto starts");
     posix_spawn_file_actions_destroy(&quiet);
-    fuzz::promise(::waitpid(child, &status, 0) == child && WIFEXITED(status), "ditto ends by itself");
+    // The fuzzer's clock interrupts the wait.
+    const auto waited = TEMP_FAILURE_RETRY(::waitpid(child, &status, 0));
+    fuzz::promise(waited == child && WIFEXITED(status), "ditto ends by itself");
     return WEXITSTATUS(status);
 }
 

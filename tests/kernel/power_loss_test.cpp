@@ -1,7 +1,6 @@
 // Power that fails while scenes are saved, on a disk that forgets what was not flushed. The kernel's recorder
 // (dm-log-writes) keeps every write; each is taken for the last one that the disk remembers.
 #include <sys/mount.h>
-#include <unistd.h>
 
 #include <cstring>
 #include <iostream>
@@ -14,7 +13,6 @@ namespace guest {
 namespace {
 
 namespace fs = std::filesystem;
-using support::scene;
 
 constexpr char kDisk[] = "/dev/ram0", kRecord[] = "/dev/ram1", kAfterwards[] = "/dev/ram2";
 constexpr std::size_t kSector = 512, kSectors = 5120;
@@ -89,7 +87,7 @@ class PowerLoss : public testing::Test, protected support::Store {
 
 TEST_F(PowerLoss, LeavesTheOldOrTheNewScenesAndWhatIsDoneStaysDone) {
     const auto save = [](const std::string &centre, const char *room, std::size_t count) {
-        PresetToFile(scenes::roomPath(centre, room), std::vector(count, scene(room)));
+        PresetToFile(scenes::roomPath(centre, room), std::vector(count, support::scene(room)));
     };
     std::string disk;
     const auto stages = record(
