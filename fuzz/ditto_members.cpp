@@ -113,20 +113,19 @@ std::string archiveFrom(fuzz::Input &input, const fs::path &root) {
                                            {content.size(), 4},
                                            {content.size(), 4}});
         const std::size_t offset = members.size();
-        members += packed({{0x04034B50, 4}}) + common + packed({{nameBefore.size(), 2}, {0, 2}}) +
-                   nameBefore + content;
-        directory +=
-            packed({{0x02014B50, 4}, {30, 1}, {maker, 1}}) + common +
-            packed({{name.size(), 2}, {0, 2}, {0, 2}, {0, 2}, {0, 2}, {type << 16, 4}, {offset, 4}}) + name;
+        members.append(packed({{0x04034B50, 4}})).append(common);
+        members.append(packed({{nameBefore.size(), 2}, {0, 2}})).append(nameBefore).append(content);
+        directory.append(packed({{0x02014B50, 4}, {30, 1}, {maker, 1}})).append(common);
+        directory.append(packed({{name.size(), 2}, {0, 8}, {type << 16, 4}, {offset, 4}})).append(name);
     }
-    return members + directory +
-           packed({{0x06054B50, 4},
-                   {0, 4},
-                   {count, 2},
-                   {count, 2},
-                   {directory.size(), 4},
-                   {members.size(), 4},
-                   {0, 2}});
+    const std::string end = packed({{0x06054B50, 4},
+                                    {0, 4},
+                                    {count, 2},
+                                    {count, 2},
+                                    {directory.size(), 4},
+                                    {members.size(), 4},
+                                    {0, 2}});
+    return members.append(directory).append(end);
 }
 
 /// Its exit status.
