@@ -11,10 +11,12 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <thread>
 
 #include "comparison.h"
@@ -74,14 +76,27 @@ double residentMegabytes(pid_t process) {
     return 0;
 }
 
-void start(benchmark::State &state, const char *program, std::int64_t scenes) {
+/// Milliseconds that the threads of a process have run, whatever else the machine had to do.
+double processorMilliseconds(pid_t process) {
+    double nanoseconds = 0;
+    std::error_code ignored;
+    for (const auto &thread :
+         std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/task", ignored)) {
+        double own = 0;
+        if (std::ifstream(thread.path() / "schedstat") >> own) nanoseconds += own;
+    }
+    return nanoseconds / 1e6;
+}
+
+void start(benchmark::State &state, const char *program, const char *argument, std::int64_t scenes) {
     static Screen screen;
     if (!screen.isThere()) return state.SkipWithError("no X server");
     const bench::TemporaryStore &store = bench::storeOf(scenes);
     ::setenv("HOME", store.home().c_str(), 1);
     ::setenv("QT_QPA_PLATFORM", "xcb", 1);
     std::string path = program;
-    char *const arguments[] = {path.data(), nullptr};
+    std::string first = argument;
+    char *const arguments[] = {path.data(), first.empty() ? nullptr : first.data(), nullptr};
     for (auto _ : state) {
         screen.forget();
         pid_t process = 0;
@@ -90,6 +105,7 @@ void start(benchmark::State &state, const char *program, std::int64_t scenes) {
             return state.SkipWithError("not started");
         const bool isShown = screen.waitForWindow();
         state.SetIterationTime(std::chrono::duration<double>(Clock::now() - begin).count());
+        state.counters["ms"] = processorMilliseconds(process);
         std::this_thread::sleep_for(kRest);
         state.counters["MB"] = residentMegabytes(process);
         ::kill(process, SIGKILL);
@@ -99,10 +115,13 @@ void start(benchmark::State &state, const char *program, std::int64_t scenes) {
 }
 
 void BM_Start(benchmark::State &state) {
-    start(state, ZEL_PROGRAM, state.range(0));
+    start(state, ZEL_PROGRAM, "", state.range(0));
 }
 void BM_StartBare(benchmark::State &state) {
-    start(state, ZEL_BARE_WINDOW, 0);
+    start(state, ZEL_BARE_WINDOW, "", 0);
+}
+void BM_StartPlain(benchmark::State &state) {
+    start(state, ZEL_BARE_WINDOW, "with widgets", 0);
 }
 
 void fewTimes(benchmark::internal::Benchmark *rounds) {
@@ -110,5 +129,6 @@ void fewTimes(benchmark::internal::Benchmark *rounds) {
 }
 BENCHMARK(BM_Start)->Arg(0)->Arg(1000)->Apply(fewTimes);
 BENCHMARK(BM_StartBare)->Apply(fewTimes);
+BENCHMARK(BM_StartPlain)->Apply(fewTimes);
 
 }  // namespace

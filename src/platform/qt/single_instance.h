@@ -1,7 +1,7 @@
 #pragma once
 
+#include <QByteArray>
 #include <QFile>
-#include <QLocalServer>
 #include <QObject>
 #include <QString>
 #include <chrono>
@@ -15,6 +15,8 @@ class SingleInstance final : public QObject {
     Q_OBJECT
 
  public:
+    ~SingleInstance() override;
+
     /// How long a second start waits for an answer.
     static constexpr std::chrono::seconds kPatience{10};
 
@@ -46,11 +48,13 @@ class SingleInstance final : public QObject {
     SingleInstance() = default;
 
     [[nodiscard]] Lock lock();
-    void listen(const QString &socket);
-    void answer();
+    void listen(const QByteArray &path);
+    void accept();
+    void show(const QByteArray &token);
 
     QFile lockFile_;
-    QLocalServer server_;
+    QFile server_;     ///< the socket on which a second start asks
+    QByteArray path_;  ///< of the socket; empty where there is none
 };
 
 }  // namespace platform
