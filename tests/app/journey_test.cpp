@@ -2,8 +2,8 @@
 
 #include <QTimer>
 
-#include "application_fixture.h"
 #include "platform/qt/qt_alerts.h"
+#include "support/application_fixture.h"
 
 namespace {
 
@@ -65,24 +65,6 @@ TEST_F(Journey, ExportImportAndRestartBringTheStoreOneLevelDeeper) {
     choose("pickerCentro", "Presets");
     EXPECT_EQ(entries("pickerAula"), QStringList({"Suelta"}));
     EXPECT_EQ(FileToPreset("Presets/Presets/Norte/Sala.presets"), (std::vector{scene("Uno", 1, 2, 3)}));
-}
-
-TEST_F(Journey, NamesOfAnyKindCreateAndRemoveNothingOutsideTheStore) {
-    launch();
-    std::filesystem::create_directories(documents_.root() / "ajena");
-    for (const char *name : {"../ajena", "../../ajena", "..", "/", "a/b", "-rf"}) {
-        for (const char *button : {"buttonAddCentro", "buttonAddAula"}) {
-            alerts_.accept(name);
-            click(button);
-        }
-        choose("pickerCentro", name);
-        alerts_.accept();
-        click("buttonRemoveCentro");
-    }
-    EXPECT_TRUE(std::filesystem::is_empty(documents_.root() / "ajena"));
-    const std::filesystem::directory_iterator documents(documents_.path());
-    EXPECT_EQ(std::distance(documents, {}), 1) << "the store alone";
-    restart();
 }
 
 /// Answers the real alert that is on the screen as a person would, by its default button.

@@ -2,9 +2,9 @@
 
 #include <set>
 
-#include "application_fixture.h"
 #include "platform/qt/help.h"
 #include "product/product.h"
+#include "support/application_fixture.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <fstream>
 
 #include "app/app_delegate.h"
-#include "application_fixture.h"
+#include "support/application_fixture.h"
 
 namespace {
 

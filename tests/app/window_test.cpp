@@ -2,7 +2,7 @@
 
 #include <QSignalSpy>
 
-#include "application_fixture.h"
+#include "support/application_fixture.h"
 #include "ui/content_view.h"
 
 namespace {

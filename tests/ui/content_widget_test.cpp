@@ -126,24 +126,6 @@ TEST_F(ContentWidgetTest, FocusLeavesADisabledButtonForItsNeighbour) {
     }
 }
 
-TEST_F(ContentWidgetTest, PickersAndButtonsAreEnabledAsTheTreeAllows) {
-    storeSample();
-    start();
-    const auto disabled = [this] {
-        QStringList names;
-        for (const auto *part : widget_->findChildren<QWidget *>(QRegularExpression("^(picker|button)")))
-            if (!part->isEnabled()) names.append(part->objectName());
-        return names;
-    };
-    EXPECT_EQ(disabled(), QStringList({"pickerAula", "buttonRemoveAula", "pickerEscena", "buttonAddEscena",
-                                       "buttonRemoveEscena"}));
-    choose("pickerCentro", "Norte");
-    EXPECT_EQ(disabled(), QStringList());
-    choose("pickerAula", "Vacía");
-    EXPECT_EQ(disabled(), QStringList({"pickerEscena", "buttonRemoveEscena"}));
-    EXPECT_EQ(widget_->focusWidget(), find<QWidget>("pickerCentro")) << "where it was";
-}
-
 TEST_F(ContentWidgetTest, NudgeButtonsMoveByTheirSteps) {
     start();
     struct Row {
@@ -160,34 +142,6 @@ TEST_F(ContentWidgetTest, NudgeButtonsMoveByTheirSteps) {
                     ElementsAre(row.pan, row.tilt, row.zoom))
             << row.button;
     }
-}
-
-TEST_F(ContentWidgetTest, CentresAndRoomsAreAddedAndDeletedInMemoryAndOnDisk) {
-    storeSample();
-    start();
-    alerts_.accept("Este");
-    click("buttonAddCentro");
-    EXPECT_TRUE(onDisk("Presets/Este"));
-    EXPECT_EQ(entries("pickerCentro"), QStringList({" Sin grupo", "Este", "Norte", "Sur"}));
-    EXPECT_EQ(picker("pickerCentro")->currentIndex(), 0);
-
-    choose("pickerCentro", "Norte");
-    choose("pickerAula", "Aula B");
-    alerts_.accept();
-    click("buttonRemoveAula");
-    EXPECT_FALSE(onDisk("Presets/Norte/Aula B.presets"));
-    EXPECT_TRUE(onDisk("Presets/Norte/aula A.presets"));
-    EXPECT_EQ(entries("pickerAula"), QStringList({"aula A", "Vacía"}));
-
-    alerts_.accept();
-    click("buttonRemoveCentro");
-    EXPECT_FALSE(onDisk("Presets/Norte"));
-    EXPECT_EQ(entries("pickerCentro"), QStringList({" Sin grupo", "Este", "Sur"}));
-    alerts_.accept();
-    click("buttonRemoveCentro");  // the placeholder: asked, and nothing happens
-    EXPECT_EQ(alerts_.shown().size(), 4u);
-    EXPECT_TRUE(onDisk("Presets/Este"));
-    EXPECT_TRUE(Gruposss.contains(scenes::kNoCentre));
 }
 
 TEST_F(ContentWidgetTest, ScenesAreSavedWhereTheCameraPointsAndDeletedByIndex) {
