@@ -47,8 +47,8 @@ Wide lowest(std::uint32_t code) {
 /// an exponent letter. "0x1e" is none: the run ends at the "x".
 bool looksFloatingPoint(const char *text) {
     const char *number = ascii::skipBlanks(text);
-    const std::string_view run(number, std::strspn(number, "0123456789+-.eE"));
-    return run.find_first_of(".eE") != std::string_view::npos;
+    const char behindDigits = number[std::strspn(number, "0123456789+-")];
+    return behindDigits == '.' || behindDigits == 'e' || behindDigits == 'E';
 }
 
 /// The number `fraction` of the way through the range, rounded half away from zero. Single precision is
