@@ -136,7 +136,7 @@ arm64() {
     apt-get -qq -y --no-install-recommends -a arm64 -P cross,nocheck build-dep "$project" </dev/null \
         >/tmp/installed 2>&1 || { cat /tmp/installed; return 1; }
     say "tools installed"
-    build /home/aula/arm64 "PATH=/usr/lib/ccache:$PATH" "-a arm64 -P cross,nocheck -b"
+    build /home/aula/arm64 "PATH=/usr/lib/ccache:$PATH" "-a arm64 --build-profiles=cross,nocheck -b"
     keep /home/aula/arm64
     ls /packages/*.deb
     say "packages made"
