@@ -27,25 +27,10 @@ namespace {
 using Names = std::vector<std::string>;
 using scenes::SceneTree;
 
-const Names kNames{"Norte",
-                   "norte",
-                   "Aula Ñ",
-                   "Aula N\u0303",
-                   " en blanco ",
-                   " ",
-                   "",
-                   "../ajena",
-                   "-rf",
-                   "/",
-                   "presets",
-                   "Sin grupo",
-                   " Sin grupo",
-                   "🎓 Ω",
-                   "\"<b>&\\%n",
-                   "$(touch x);",
-                   "corch]ete",
-                   std::string(247, 'x'),
-                   std::string(256, 'y')};
+constexpr const char *kNames[] = {"Norte",       "norte",     "Aula Ñ",     "Aula N\u0303", " en blanco ",
+                                  " ",           "",          "../ajena",   "-rf",          "/",
+                                  "presets",     "Sin grupo", " Sin grupo", "🎓 Ω",          "\"<b>&\\%n",
+                                  "$(touch x);", "corch]ete"};
 
 class Robot : public ApplicationTest {
  protected:
@@ -82,7 +67,7 @@ class Robot : public ApplicationTest {
         const bool isEnabled = button(buttons[level])->isEnabled();
         const int before = asked_;
         accepts_ = draw(4) != 0;
-        text_ = any(kNames);
+        text_ = draw(9) == 0 ? std::string(246 + draw(12), 'x') : any(kNames);  // some too long for a file
         click(buttons[level]);
         EXPECT_EQ(asked_ - before, isEnabled ? 1 : 0) << buttons[level];
         return isEnabled && accepts_ ? std::optional(level) : std::nullopt;
@@ -187,7 +172,7 @@ class Robot : public ApplicationTest {
         return disk;
     }
 
-    [[nodiscard]] std::pair<std::string, std::string> selected() const {
+    [[nodiscard]] std::array<std::string, 2> selected() const {
         return {picker("pickerCentro")->currentText().toStdString(),
                 picker("pickerAula")->currentText().toStdString()};
     }
@@ -223,6 +208,7 @@ class Robot : public ApplicationTest {
     /// Caches fill in the first quarter of the time; the second quarter and the last one are alike.
     static void expectNoGrowth(const char *what, const std::vector<std::size_t> &at, std::size_t allowance) {
         const std::size_t quarter = at.size() / 4;
+        if (HasFailure()) return;
         ASSERT_GE(quarter, 1) << "too short to see what grows";
         const auto early = std::ranges::min(std::span(at).subspan(quarter, quarter));
         const auto late = std::ranges::min(std::span(at).last(quarter));
