@@ -82,7 +82,7 @@ void repeatedly(benchmark::internal::Benchmark *rounds) {
 }
 
 void oneByOne(benchmark::internal::Benchmark *rounds) {
-    rounds->Iterations(1)->Repetitions(100)->UseRealTime();
+    rounds->Iterations(1)->Repetitions(300)->UseRealTime();
 }
 
 int runAndCompare(int argc, char **argv, const std::vector<Row> &rows) {
