@@ -12,6 +12,8 @@ log=/run/camera.log
 modprobe -a vhci-hcd uvcvideo xhci-pci
 # Drivers come and go here as it is wanted. Without Debian's rule for all video nodes, ours alone gives them.
 rm -f /lib/udev/rules.d/80-drivers.rules /lib/udev/rules.d/70-uaccess.rules
+# Indexing all manual pages of this machine took more than ten minutes here, and is no part of this.
+rm -f /var/lib/man-db/auto-update
 mkdir -p /run/systemd/seats
 printf 'ACTIVE=1\nACTIVE_UID=%s\n' $seated >/run/systemd/seats/seat0
 /lib/systemd/systemd-udevd --daemon
