@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <map>
 #include <optional>
+#include <utility>
 
 namespace bench {
 namespace {
@@ -16,32 +17,34 @@ class Fastest : public benchmark::BenchmarkReporter {
     bool ReportContext(const Context & /*context*/) override { return true; }
     void ReportRuns(const std::vector<Run> &runs) override {
         for (const Run &run : runs) {
-            const std::string &arguments = run.run_name.args;
-            const std::string name = run.run_name.function_name + (arguments.empty() ? "" : "/" + arguments);
+            std::string name = run.run_name.function_name;
+            if (!run.run_name.args.empty()) name.append("/").append(run.run_name.args);
             if (run.error_occurred) {
                 std::fprintf(stderr, "%s: %s\n", name.c_str(), run.error_message.c_str());
             } else if (run.run_type == Run::RT_Iteration) {
                 // Only what waits for others says that it wants the time of the clock.
                 const double time =
                     run.run_name.time_type.empty() ? run.GetAdjustedCPUTime() : run.GetAdjustedRealTime();
-                keep(name, time / benchmark::GetTimeUnitMultiplier(run.time_unit));
-                for (const auto &[counter, figure] : run.counters) keep(name + ' ' + counter, figure);
+                keep({name, {}}, time / benchmark::GetTimeUnitMultiplier(run.time_unit));
+                for (const auto &[counter, figure] : run.counters) keep({name, counter}, figure);
             }
         }
     }
 
     [[nodiscard]] std::optional<double> figure(const std::string &name, const std::string &counter) const {
-        const auto found = figures_.find(counter.empty() ? name : name + ' ' + counter);
+        const auto found = figures_.find({name, counter});
         return found == figures_.end() ? std::nullopt : std::optional(found->second);
     }
 
  private:
-    void keep(const std::string &name, double figure) {
-        const auto [known, isNew] = figures_.emplace(name, figure);
+    using Key = std::pair<std::string, std::string>;  // benchmark and counter; none: the time
+
+    void keep(const Key &key, double figure) {
+        const auto [known, isNew] = figures_.emplace(key, figure);
         if (!isNew) known->second = std::min(known->second, figure);
     }
 
-    std::map<std::string, double> figures_;
+    std::map<Key, double> figures_;
 };
 
 std::string formatted(const char *format, double number) {

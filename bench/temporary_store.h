@@ -37,7 +37,7 @@ class TemporaryStore : public platform::UserFolders {
         home_ = name;
         for (std::int64_t room = 0; room * kScenesOfARoom < scenes; ++room) {
             const std::string centre = "Centro " + std::to_string(room / kRoomsOfACentre);
-            std::filesystem::create_directories(*documents() + "/" + scenes::centrePath(centre));
+            std::filesystem::create_directories(absolute(scenes::centrePath(centre)));
             rooms_.push_back(scenes::roomPath(centre, "Aula " + std::to_string(room)));
         }
     }
@@ -49,10 +49,10 @@ class TemporaryStore : public platform::UserFolders {
     [[nodiscard]] std::optional<std::string> documents() const override { return home_ / "Documents"; }
     [[nodiscard]] std::optional<std::string> downloads() const override { return home_ / "Downloads"; }
 
-    /// Beneath the Documents folder.
+    /// Their files, beneath the Documents folder.
     [[nodiscard]] const std::vector<std::string> &rooms() const { return rooms_; }
-    [[nodiscard]] std::filesystem::path absolute(const std::string &room) const {
-        return home_ / "Documents" / room;
+    [[nodiscard]] std::filesystem::path absolute(const std::string &path) const {
+        return home_ / "Documents" / path;
     }
 
     /// Saving waits for the disk: all but the first room are copies of it.
