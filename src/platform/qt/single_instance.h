@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QByteArray>
 #include <QFile>
+#include <QLocalServer>
 #include <QObject>
 #include <QString>
 #include <chrono>
@@ -15,8 +15,6 @@ class SingleInstance final : public QObject {
     Q_OBJECT
 
  public:
-    ~SingleInstance() override;
-
     /// How long a second start waits for an answer.
     static constexpr std::chrono::seconds kPatience{10};
 
@@ -48,13 +46,11 @@ class SingleInstance final : public QObject {
     SingleInstance() = default;
 
     [[nodiscard]] Lock lock();
-    void listen(const QByteArray &path);
-    void accept();
-    void show(const QByteArray &token);
+    void listen(const QString &socket);
+    void answer();
 
     QFile lockFile_;
-    QFile server_;     ///< the socket on which a second start asks
-    QByteArray path_;  ///< of the socket; empty where there is none
+    QLocalServer server_;
 };
 
 }  // namespace platform
