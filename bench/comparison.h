@@ -25,7 +25,7 @@ void oneByOne(benchmark::internal::Benchmark *rounds);
 
 /// Runs the benchmarks, those of several rounds in turns, and prints the rows that were measured. A row above
 /// its limit is marked; it is no failure, as the machine may have had other work. `argv` takes the options of
-/// Google Benchmark. The exit status.
+/// Google Benchmark. The exit status: 1 when a benchmark could not be run, and its row is missing.
 int runAndCompare(int argc, char **argv, const std::vector<Row> &rows);
 
 }  // namespace bench

@@ -93,6 +93,8 @@ void start(benchmark::State &state, const char *program, const char *argument, s
     if (!screen.isThere()) return state.SkipWithError("no X server");
     const bench::TemporaryStore &store = bench::storeOf(scenes);
     ::setenv("HOME", store.home().c_str(), 1);
+    // They would lead the program to the person's own Documents.
+    for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) ::unsetenv(variable);
     ::setenv("QT_QPA_PLATFORM", "xcb", 1);
     std::string path = program;
     std::string first = argument;
@@ -110,7 +112,7 @@ void start(benchmark::State &state, const char *program, const char *argument, s
         state.counters["MB"] = residentMegabytes(process);
         ::kill(process, SIGKILL);
         ::waitpid(process, nullptr, 0);
-        if (!isShown) return state.SkipWithError("no window");
+        if (!isShown) return state.SkipWithError("no window; or a copy runs that took the start over");
     }
 }
 

@@ -33,7 +33,7 @@ struct Sandbox {
 
 /// The folder is some levels down, so that a few ".." are still seen here.
 constexpr char kOut[] = "a/b/out";
-/// What a member holds that is a link, unless its maker knows no links.
+/// What a link holds; members of a maker that knows no links are files with it.
 constexpr char kLinkTarget[] = "../../../m";
 
 void write(const fs::path &path, std::string_view content) {

@@ -14,8 +14,9 @@ scripts/kernel_guest.sh -t 3600 -o "$build/kernel" bash -c \
     'touch /run/start && tests/kernel/guest.sh "${@:2}" &&
         cd "$1" && find . -name "*.gcda" -newer /run/start | tar -cf /run/out/counters.tar -T -' \
     bash "$build" "${programs[@]}"
-failed=$(grep -L '^0$' "$build"/kernel/*/status || true)
-[ -z "$failed" ] || { echo "coverage: not passed: $failed" >&2; exit 1; }
+for folder in "$build"/kernel/*/; do
+    [ "$(cat "$folder/status")" = 0 ] || { echo "coverage: not passed: $folder" >&2; exit 1; }
+done
 tar -xf "$build/kernel/counters.tar" -C "$build"
 
 gcovr --root . --object-directory "$build" --json "$build/coverage.json" >"$build/gcovr.log" 2>&1 ||

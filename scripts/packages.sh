@@ -8,7 +8,7 @@ BUILD_PACKAGES=(
 )
 # What the program calls or loads while it runs, and a font to write with.
 RUN_PACKAGES=(zip unzip qt6-wayland xdg-utils fonts-dejavu-core)
-# Qt's icons need the SVG plugin: Debian 12 has it in the library's package, later ones in a package of its own.
+# The icons of the desktop's theme need Qt's SVG plugin: Debian 12 has it in the library's package, later ones in a package of its own.
 case $(. /etc/os-release && echo "${VERSION_ID:-}") in
     12) RUN_PACKAGES+=(libqt6svg6) ;;
     *) RUN_PACKAGES+=(qt6-svg-plugins) ;;
@@ -18,12 +18,13 @@ TEST_PACKAGES=(libgtest-dev libgmock-dev locales python3)
 KERNEL_PACKAGES=(qemu-system-x86 busybox-static cpio kmod udev usbip v4l-utils iproute2 util-linux dmsetup e2fsprogs)
 # A compiler for a big-endian processor, what runs its programs here, and the tests' framework to build for it.
 BIG_ENDIAN_PACKAGES=(g++-s390x-linux-gnu qemu-user googletest)
-# xvfb-run calls xauth, which xvfb only recommends.
-TOUR_PACKAGES=(xvfb xauth openbox xdotool imagemagick)
+# A screen in memory. xvfb-run calls xauth, which xvfb only recommends.
+SCREEN_PACKAGES=(xvfb xauth)
+TOUR_PACKAGES=("${SCREEN_PACKAGES[@]}" openbox xdotool imagemagick)
 # What a screen reader speaks to, and a Wayland desktop for it, beside the tour's screen.
 ACCESSIBILITY_PACKAGES=(at-spi2-core python3-pyatspi dbus-daemon weston)
 # The start of the program is measured on an X server, which tells when a window appears.
-BENCH_PACKAGES=(libbenchmark-dev libxcb1-dev xvfb xauth)
+BENCH_PACKAGES=("${SCREEN_PACKAGES[@]}" libbenchmark-dev libxcb1-dev)
 # Debian's own tools to make packages.
 PACKAGE_PACKAGES=(git build-essential dpkg-dev debhelper)
 # What reads the tree's text.

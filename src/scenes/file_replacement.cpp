@@ -81,16 +81,20 @@ std::error_code replaceOnce(const fs::path &path, std::string_view text, std::op
     return failure;
 }
 
-/// No program writes it any more: its lock can be had. Where there are no locks, or the file's mode keeps us
-/// from opening it, its age tells.
-bool isAbandoned(const fs::path &path) {
-    // Opened for writing since some network disks lock only then.
-    const FileHandle file(std::fopen(path.c_str(), "r+be"));
-    if (file && lock(file.get())) return true;
-    if (file && errno == EWOULDBLOCK) return false;
+bool isOld(const fs::path &path) {
     std::error_code failure;
     const auto written = fs::last_write_time(path, failure);
     return !failure && written < fs::file_time_type::clock::now() - kLongestSave;
+}
+
+/// Removes a temporary file that no program writes any more: its lock can be had. Where there are no locks,
+/// or the file's mode keeps us from opening it, its age tells.
+void removeIfAbandoned(const fs::path &path) {
+    // Opened for writing since some network disks lock only then.
+    const FileHandle file(std::fopen(path.c_str(), "r+be"));
+    const bool isOurs = file && lock(file.get());
+    const bool isLockedByOthers = file && !isOurs && errno == EWOULDBLOCK;
+    if (isOurs || (!isLockedByOthers && isOld(path))) ::unlink(path.c_str());
 }
 
 }  // namespace
@@ -123,9 +127,8 @@ void removeAbandonedFiles(const fs::path &folder) {
     for (; !failure && entry != fs::recursive_directory_iterator(); entry.increment(failure)) {
         const fs::path &path = entry->path();
         std::error_code ignored;
-        if (isTemporaryName(path.filename().string()) &&
-            fs::is_regular_file(entry->symlink_status(ignored)) && isAbandoned(path))
-            ::unlink(path.c_str());
+        if (isTemporaryName(path.filename().string()) && fs::is_regular_file(entry->symlink_status(ignored)))
+            removeIfAbandoned(path);
     }
 }
 

@@ -107,7 +107,8 @@ void crearDirectorioSiNoExiste(const std::string &newPath) {
     std::error_code failure;
     fs::create_directories(path, failure);
     if (failure) return printFailure(path + ": " + failure.message());
-    // The store's folder may be new as well as a centre's.
+    // The folders above may be new as well.
+    scenes::flushFolder(fs::path(documents).parent_path());
     scenes::flushFolder(documents);
     scenes::flushFolder(guarded.path.parent_path());
 }

@@ -1,8 +1,7 @@
 // A program that saves rooms is killed at random moments. What it had saved is there, the room that it was
 // saving is the old or the new one, and the next start leaves no stray file. Every other program stands on a
-// disk without unnamed files and without locks, as some network disks are.
+// disk without locks, as some network disks are.
 //   kill [KILLS [SEED]]
-#include <fcntl.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/file.h>
@@ -62,14 +61,10 @@ Save drawSave(std::mt19937 &random) {
     return save;
 }
 
-/// From now on the system refuses unnamed files and locks.
+/// From now on the system refuses locks.
 bool moveToPoorDisk() {
-    constexpr std::uint32_t kUnnamed = O_TMPFILE & ~O_DIRECTORY;
     sock_filter rules[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-                           BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_flock, 3, 0),
-                           BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_openat, 0, 3),
-                           BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, args[2])),
-                           BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, kUnnamed, 0, 1),
+                           BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_flock, 0, 1),
                            BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EOPNOTSUPP),
                            BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
     const sock_fprog program{std::size(rules), rules};
@@ -88,9 +83,7 @@ class Bench : public support::Store {
 
     void killOne() {
         random_.seed(seed + static_cast<unsigned>(killed));
-        // A day later; and now and then a room is not there yet.
-        for (const fs::path &stray : strays())
-            fs::last_write_time(stray, fs::file_time_type::clock::now() - std::chrono::hours(25));
+        // Now and then a room is not there yet.
         if (random_() % 4 == 0 && tree_["Norte"].erase("Aula Ñ") != 0)
             fs::remove(store() / "Norte/Aula Ñ.presets");
         const std::chrono::duration<double, std::micro> delay(
@@ -118,7 +111,13 @@ class Bench : public support::Store {
  private:
     [[noreturn]] void run() {
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        const bool isReady = killed % 2 == 0 || moveToPoorDisk();
+        bool isReady = true;
+        if (killed % 2 != 0) {
+            const auto young = strays();
+            isReady = moveToPoorDisk() && obtenerPresets() == tree_ && strays() == young;
+            for (const fs::path &stray : young)  // a day passes
+                fs::last_write_time(stray, fs::file_time_type::clock::now() - std::chrono::hours(25));
+        }
         progress_->start = isReady && obtenerPresets() == tree_ && strays().empty() ? 1 : -1;
         while (true) {
             const Save save = drawSave(random_);
@@ -175,5 +174,6 @@ int main(int argc, char **argv) {
         "kill: %d killed, after %d whole saves; %d inside a save, %d of them between making the new file and "
         "renaming it, %d behind\n",
         killed, bench.saves, bench.inside, bench.amid, bench.replaced);
-    if (bench.amid == 0 || bench.replaced == 0) fail("no kill has hit a save in its middle");
+    if (kills >= 100 && (bench.amid == 0 || bench.replaced == 0))
+        fail("no kill has hit a save in its middle");
 }

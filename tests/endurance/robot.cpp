@@ -127,8 +127,9 @@ class Robot : public ApplicationTest {
 
     /// An order without a camera ends the program after its alert, and the next one starts on the same store.
     void loseCamera() {
-        startAnew();  // no panel is open: its threads may hold locks that would stay so in a copy of the
-                      // process
+        // Right after a start no panel is open: its threads may hold locks, and a copy of the process would
+        // too.
+        startAnew();
         const pid_t program = ::fork();
         if (program == 0) {
             ::alarm(60);

@@ -27,8 +27,11 @@ TEST(DesktopDeath, ProgramHasItsNamesItsIconAndItsServicesAndOutlivesTheReaderOf
             const platform::Services &services = platform::services();
             const bool isEquipped = services.alerts && services.folders && services.panels &&
                                     services.webPages && services.shell->run({"exit 3"}) == 3;
-            const bool hasIcon =
-                QTest::qWaitFor([] { return !QApplication::windowIcon().pixmap(32).isNull(); }, 3000);
+            const auto isDrawn = [] {
+                const QImage icon = QApplication::windowIcon().pixmap(32).toImage();
+                return !icon.isNull() && icon.pixelColor(16, 16).alpha() == 255;
+            };
+            const bool hasIcon = QTest::qWaitFor(isDrawn, 3000);
             std::_Exit(isEquipped && hasIcon && !QGuiApplication::quitOnLastWindowClosed() ? 0 : 1);
         },
         ::testing::ExitedWithCode(0), "/Zelvoria/platform_tests\\.conf platform_tests\n");
