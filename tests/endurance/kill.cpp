@@ -2,6 +2,7 @@
 // saving is the old or the new one, and the next start leaves no stray file. Every other program stands on a
 // disk without locks, as some network disks are.
 //   kill [KILLS [SEED]]
+#include <fcntl.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/file.h>
