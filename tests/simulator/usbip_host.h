@@ -78,10 +78,10 @@ struct Reply {
 /// A server with two cameras, in this process and thread.
 class Bench {
  public:
-    explicit Bench(const simulator::CameraOptions &options = {}) {
+    Bench() {
         simulator::usbip::Connection::Cameras cameras;
         for (const std::uint32_t number : {1u, 2u}) {
-            models.push_back(std::make_shared<simulator::CameraModel>(options));
+            models.push_back(std::make_shared<simulator::CameraModel>());
             const auto paint = [](const simulator::CameraModel &) { return Bytes(simulator::kFrameBytes); };
             cameras.push_back(std::make_shared<simulator::usbip::VirtualCamera>(
                 "1-" + std::to_string(number), number, models.back(), paint, transferLog));
@@ -154,11 +154,6 @@ class Host {
         const bool toHost = (setup.requestType & 0x80) != 0;
         send(submit(7, 0, toHost ? kToHost : kToDevice, setup.length, wireSetup(setup)) + data);
         return reply(toHost);
-    }
-    /// Agrees on the video and starts it; the answer to that is a reply's status.
-    std::int32_t startStream() {
-        const Bytes offer = control({0xA1, 0x81, 0x0100, 1, 34}).data;
-        return control({0x21, 0x01, 0x0200, 1, 34}, offer).status;
     }
 
  private:
