@@ -21,12 +21,18 @@ on_stage() {
 }
 
 # manage_windows: openbox joins the players, and is ready. A window that appears while it starts is lost: openbox takes
-# its request, shows nothing, and says no word.
+# its request, shows nothing, and says no word. Its startup command still comes a moment too soon; what it does when it is
+# asked for something, as going from four desktops to one, it does when it is ready.
 manage_windows() {
-    local ready
+    local ready end
     exec {ready}< <(exec openbox --startup "echo ready" 2>/dev/null)
     players+=($!)
     read -r -t 60 -u "$ready" || { echo "no window manager: openbox does not start" >&2; exit 1; }
+    end=$((SECONDS + 60))
+    until xdotool set_num_desktops 1 && [ "$(xdotool get_num_desktops)" = 1 ]; do
+        [ $SECONDS -lt $end ] || { echo "no window manager: openbox does not answer" >&2; exit 1; }
+        sleep 0.05
+    done
 }
 
 # window_called TITLE: waits for the window whose title begins so; its id.
