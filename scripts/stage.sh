@@ -29,7 +29,7 @@ manage_windows() {
     players+=($!)
     read -r -t 60 -u "$ready" || { echo "no window manager: openbox does not start" >&2; exit 1; }
     end=$((SECONDS + 60))
-    until xdotool set_num_desktops 1 && [ "$(xdotool get_num_desktops)" = 1 ]; do
+    until { xdotool set_num_desktops 1 && [ "$(xdotool get_num_desktops)" = 1 ]; } 2>/dev/null; do
         [ $SECONDS -lt $end ] || { echo "no window manager: openbox does not answer" >&2; exit 1; }
         sleep 0.05
     done
