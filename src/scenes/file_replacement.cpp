@@ -64,12 +64,28 @@ std::error_code fill(std::FILE *file, std::string_view text, std::optional<mode_
     return {};
 }
 
+/// A new temporary file in `folder`, locked; `path` is its path. A program that starts may take it for
+/// abandoned between its creation and its lock: then it has no name any more, and another one is made. On a
+/// disk without locks nobody can get one, so nobody clears the file away before it is old.
+FileHandle makeTemporary(const fs::path &folder, fs::path &path) {
+    FileHandle file(nullptr);
+    bool isTaken = true;
+    for (int attempt = 0; isTaken && attempt < 100; ++attempt) {
+        path = folder / temporaryName();
+        file.reset(std::fopen(path.c_str(), "wbxe"));
+        if (!file) break;
+        // Waits for whoever clears away, who is done in a moment.
+        std::ignore = ::flock(::fileno(file.get()), LOCK_EX);
+        struct stat found {};
+        isTaken = ::fstat(::fileno(file.get()), &found) == 0 && found.st_nlink == 0;
+    }
+    return file;
+}
+
 std::error_code replaceOnce(const fs::path &path, std::string_view text, std::optional<mode_t> mode) {
-    const fs::path temporary = path.parent_path() / temporaryName();
-    const FileHandle file(std::fopen(temporary.c_str(), "wbxe"));
+    fs::path temporary;
+    const FileHandle file = makeTemporary(path.parent_path(), temporary);
     if (!file) return lastError();
-    // On a disk without locks nobody can get one, so nobody clears this file away before it is old.
-    std::ignore = lock(file.get());
 
     std::error_code failure = fill(file.get(), text, mode);
     if (!failure && std::rename(temporary.c_str(), path.c_str()) != 0) failure = lastError();
@@ -109,8 +125,7 @@ std::error_code replaceFile(const fs::path &path, std::string_view text) {
     std::error_code failure;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         failure = replaceOnce(path, text, mode);
-        // Another program that starts may take the file for abandoned: between its creation and its lock, or
-        // from another machine that does not see the lock.
+        // A program on another machine, which does not see the lock, may have taken the file for abandoned.
         if (failure != std::errc::no_such_file_or_directory) break;
     }
     return failure;
