@@ -58,7 +58,7 @@ DecodedScenes decodeSceneText(std::string text) {
 
     std::string json = repaired(*bytes);
     bytes.reset();
-    json = withoutNulls(json);
+    json = withoutNulls(std::move(json));
     std::string error;
     auto presets = presetsFromJson(upToFirstBracket(std::move(json)), error);
     if (!presets) return unreadable(std::move(error));

@@ -200,8 +200,10 @@ std::optional<std::vector<ManualPreset>> presetsFromJson(std::string_view json, 
     return std::nullopt;
 }
 
-std::string withoutNulls(std::string_view json) {
+std::string withoutNulls(std::string text) {
     constexpr std::string_view word = "null";
+    const std::string_view json = text;
+    if (json.find(word) == std::string_view::npos) return text;
     std::string result;
     result.reserve(json.size());
     bool inString = false;

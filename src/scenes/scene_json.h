@@ -23,9 +23,9 @@ namespace scenes {
 [[nodiscard]] std::optional<std::vector<ManualPreset>> presetsFromJson(std::string_view json,
                                                                        std::string &error);
 
-/// `json` with every "null" replaced by two double-quote characters: bare ones outside strings, where they
+/// `text` with every "null" replaced by two double-quote characters: bare ones outside strings, where they
 /// make an empty text of a missing one, escaped ones inside, so that a name with that word leaves the array
 /// readable.
-[[nodiscard]] std::string withoutNulls(std::string_view json);
+[[nodiscard]] std::string withoutNulls(std::string text);
 
 }  // namespace scenes

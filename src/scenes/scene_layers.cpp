@@ -43,9 +43,17 @@ std::vector<std::uint8_t> caesarDataToData(const std::vector<std::uint8_t> &arra
 std::string caesarDataToString(const std::vector<std::uint8_t> &value, std::int64_t size,
                                std::int64_t shift) {
     const auto wanted = static_cast<std::size_t>(std::max<std::int64_t>(size, 1));
-    std::string text;
-    text.reserve(value.size());
-    for (const std::uint8_t byte : std::span(value).first(std::min(wanted, value.size()))) {
+    const auto bytes = std::span(value).first(std::min(wanted, value.size()));
+    std::string text(bytes.size(), '\0');
+    // Most of it, if not all, becomes ASCII.
+    std::size_t done = 0;
+    for (; done < bytes.size(); ++done) {
+        const auto code = shifted(bytes[done], shift);
+        if (!code || *code < 0 || *code > 127) break;
+        text[done] = static_cast<char>(*code);
+    }
+    text.resize(done);
+    for (const std::uint8_t byte : bytes.subspan(done)) {
         const auto code = shifted(byte, shift);
         if (!code || !isScalar(*code)) platform::fatalStop();
         scenes::appendScalar(text, static_cast<char32_t>(*code));
@@ -69,12 +77,9 @@ std::optional<std::string> String_encrypt(std::span<const std::uint8_t> bytes, s
 std::size_t String_decrypt(std::string_view text, std::span<std::uint8_t> out) {
     const auto cipher = scenes::base64DecodeIgnoringUnknown(text);
     // Text that is not base64 gives no cipher bytes, so the file of another program reads as an empty room.
-    const auto plain = scenes::decryptBlocks(cipher.value_or(std::vector<std::uint8_t>{}));
-    std::size_t count = 0;
-    for (const std::uint8_t byte : plain) {
-        if (byte == kHighByteMark) continue;
-        if (count < out.size()) out[count] = byte;
-        ++count;
-    }
-    return count;
+    auto plain = scenes::decryptBlocks(cipher ? std::span<const std::uint8_t>(*cipher)
+                                              : std::span<const std::uint8_t>());
+    std::erase(plain, kHighByteMark);
+    std::copy_n(plain.begin(), std::min(plain.size(), out.size()), out.begin());
+    return plain.size();
 }

@@ -1,5 +1,6 @@
 #include "scenes/scene_reading.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
@@ -53,6 +54,9 @@ FileText readRegularFile(const fs::path &path) {
     std::array<char, 1 << 14> piece{};
     for (std::size_t got = piece.size(); got == piece.size();) {
         got = std::fread(piece.data(), 1, piece.size(), file.get());
+        // A large file's text grows in one place.
+        if (content.size() == piece.size())
+            content.reserve(std::min(fs::file_size(path, failure), kLargestFile));
         content.append(piece.data(), got);
         if (content.size() > kLargestFile)
             return {{}, Outcome::tooLarge, reasonFor(path, "too large for a scene file"), 0};

@@ -76,16 +76,19 @@ bool isValidUtf8(std::string_view text) {
 }
 
 std::string repairUtf8(std::string_view bytes) {
+    constexpr std::string_view replacement = "\xEF\xBF\xBD";
+    std::size_t valid = validLength(bytes);
+    if (valid == bytes.size()) return std::string(bytes);
     std::string repaired;
-    repaired.reserve(bytes.size());
-    while (true) {
-        const std::size_t valid = validLength(bytes);
+    repaired.reserve(bytes.size() * replacement.size());  // a text that grew would stand in memory twice
+    while (valid != bytes.size()) {
         repaired += bytes.substr(0, valid);
+        repaired += replacement;
         bytes.remove_prefix(valid);
-        if (bytes.empty()) break;
-        repaired += "\xEF\xBF\xBD";
         bytes.remove_prefix(firstSequence(bytes).length);
+        valid = validLength(bytes);
     }
+    repaired += bytes;
     return repaired;
 }
 
