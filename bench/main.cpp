@@ -5,6 +5,8 @@
 
 int main(int argc, char **argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    // A platform without a screen tells of each window that it cannot raise.
+    qputenv("QT_LOGGING_RULES", "*.warning=false");
     QApplication application(argc, argv);
     return bench::runAndCompare(
         argc, argv,
@@ -12,6 +14,16 @@ int main(int argc, char **argv) {
             {"read a store of 10 scenes / decrypt the same bytes", "BM_ReadStore/10", {"BM_DecryptStore/10"}},
             {"of 1,000 scenes", "BM_ReadStore/1000", {"BM_DecryptStore/1000"}, 1.25},
             {"of 100,000 scenes", "BM_ReadStore/100000", {"BM_DecryptStore/100000"}, 1.25},
+            {"memory to read 60 MiB of scenes / those bytes",
+             "BM_ReadLargeFile/0",
+             {"BM_LoadLargeFile/0"},
+             4,
+             "MB"},
+            {"of one long name", "BM_ReadLargeFile/1", {"BM_LoadLargeFile/1"}, 4, "MB"},
+            {"of nested arrays", "BM_ReadLargeFile/2", {"BM_LoadLargeFile/2"}, 4, "MB"},
+            {"of nothing but null", "BM_ReadLargeFile/3", {"BM_LoadLargeFile/3"}, 4, "MB"},
+            {"of bytes that are no text", "BM_ReadLargeFile/4", {"BM_LoadLargeFile/4"}, 4, "MB"},
+            {"time of it", "BM_ReadLargeFile/4", {"BM_LoadLargeFile/4"}},
             {"save a room of ten / write, flush and rename the same bytes",
              "BM_SaveRoom",
              {"BM_BareSave"},
