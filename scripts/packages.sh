@@ -8,7 +8,8 @@ BUILD_PACKAGES=(
 )
 # What the program calls or loads while it runs, and a font to write with.
 RUN_PACKAGES=(zip unzip qt6-wayland xdg-utils fonts-dejavu-core)
-# The icons of the desktop's theme need Qt's SVG plugin: Debian 12 has it in the library's package, later ones in a package of its own.
+# The icons of the desktop's theme need Qt's SVG plugin: Debian 12 has it in the library's package, later ones in a
+# package of its own.
 case $(. /etc/os-release && echo "${VERSION_ID:-}") in
     12) RUN_PACKAGES+=(libqt6svg6) ;;
     *) RUN_PACKAGES+=(qt6-svg-plugins) ;;
