@@ -75,7 +75,7 @@ void measureMemory(benchmark::State &state, Work work) {
 }
 
 fs::path largeFile(std::int64_t content) {
-    const fs::path path = bench::storeOf(0).home() / "large";
+    fs::path path = bench::storeOf(0).home() / "large";
     const auto text = scenes::sceneTextFromJson(jsonOf(content));
     if (!text) std::abort();
     std::ofstream(path, std::ios::binary) << *text;

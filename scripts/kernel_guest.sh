@@ -44,8 +44,7 @@ unpack_kernel() {
     fi
     [ -n "$package" ] || { echo "kernel_guest: apt knows no package linux-image-amd64" >&2; return 1; }
     # Only what the guest can use: the rest is some 300 MB.
-    local parts=(net/9p fs/{9p,netfs,fscache,overlayfs,ext4,jbd2} fs/mbcache.ko lib crypto drivers/{virtio,usb,media,md}
-        drivers/block/brd.ko)
+    local parts=(net/9p fs/{9p,netfs,overlayfs,ext4,jbd2,'*cache*'} lib crypto drivers/{virtio,usb,media,md,block/brd.ko*})
     kernel=$work/$package
     [ "$(cat "$kernel/complete" 2>/dev/null)" = "${parts[*]}" ] && return 0
 
@@ -56,8 +55,10 @@ unpack_kernel() {
         cd "$work/$package"
         # Lists grow old: what they name may have made room for a newer one.
         apt-get -qq download "$package" 2>/dev/null || { as_root apt-get -qq update && apt-get -qq download "$package"; }
-        dpkg-deb --fsys-tarfile ./*.deb | tar -x --wildcards './boot/vmlinuz-*' './lib/modules/*/modules.*' \
-            "${parts[@]/#/./lib/modules/*/kernel/}"
+        # Debian 13 has the modules below /usr.
+        dpkg-deb --fsys-tarfile ./*.deb | tar -x --wildcards './boot/vmlinuz-*' './*lib/modules/*/modules.*' \
+            "${parts[@]/#/./*lib/modules/*/kernel/}"
+        [ -e lib ] || ln -s usr/lib lib
         rm ./*.deb
         /sbin/depmod --basedir . "$(basename lib/modules/*)"
         echo "${parts[*]}" >complete
@@ -75,7 +76,7 @@ make_initramfs() {
     chmod +x "$root/init"
     (
         cd "$kernel/lib/modules/$version"
-        find kernel/net/9p kernel/fs/{9p,netfs,fscache,overlayfs} kernel/drivers/virtio -name '*.ko*' |
+        find kernel/{net,fs,drivers/virtio} -name '*.ko*' |
             cpio --quiet -pdm "$root/lib/modules/$version"
         cp modules.builtin modules.order "$root/lib/modules/$version/"
     )
