@@ -27,14 +27,13 @@ std::string upToFirstBracket(std::string json) {
     return json;
 }
 
-/// The bytes of the JSON text; nothing where the stop is fatal.
-std::optional<std::vector<std::uint8_t>> jsonBytes(std::string text) {
+/// What the cipher and the shift of characters hide. Takes the text, so that a large file's layers do not
+/// stand in memory all at once.
+std::string innerText(std::string text) {
     // As large as the text. For texts under 32 bytes that is too small, but only zeros are cut off.
     std::vector<std::uint8_t> buffer(text.size(), 0);
-    const std::size_t count = String_decrypt(text, buffer);
-    text = std::string();  // a large file's layers do not stand in memory all at once
-    const std::string inner = caesarDataToString(buffer, static_cast<std::int64_t>(count), -kSceneShift);
-    return base64DecodeIgnoringUnknown(inner);
+    const std::size_t count = String_decrypt(std::exchange(text, {}), buffer);
+    return caesarDataToString(buffer, static_cast<std::int64_t>(count), -kSceneShift);
 }
 
 std::string repaired(const std::vector<std::uint8_t> &bytes) {
@@ -53,8 +52,8 @@ std::optional<std::string> sceneTextFromJson(std::string_view json) {
 
 DecodedScenes decodeSceneText(std::string text) {
     if (!isValidUtf8(text)) return unreadable("the file is not UTF-8 text");
-    auto bytes = jsonBytes(std::move(text));
-    if (!bytes) return {};
+    auto bytes = base64DecodeIgnoringUnknown(innerText(std::move(text)));
+    if (!bytes) return {};  // the stop is fatal
 
     std::string json = repaired(*bytes);
     bytes.reset();

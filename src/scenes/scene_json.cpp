@@ -10,6 +10,8 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "scenes/utf8.h"
+
 namespace scenes {
 namespace {
 
@@ -97,7 +99,9 @@ class SceneReader {
     }
     bool parse_error(std::size_t /*position*/, const std::string & /*token*/,
                      const Json::exception &failure) {
-        error_ = failure.what();
+        // It quotes what was read last, which may be long.
+        constexpr std::size_t kLongestReason = 200;
+        error_ = repairUtf8(std::string_view(failure.what()).substr(0, kLongestReason));
         return false;
     }
 
@@ -168,6 +172,20 @@ OrderedJson objectFromPreset(const ManualPreset &preset) {
     return object;
 }
 
+/// True of a text with more than a megabyte between two quotes. The library holds a text or a number whole,
+/// several times over; names are typed, and are never so long.
+bool hasEndlessToken(std::string_view json) {
+    constexpr std::size_t kLongestToken = std::size_t{1} << 20;
+    if (json.size() <= kLongestToken) return false;
+    std::size_t begin = 0;
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        if (i - begin > kLongestToken) return true;
+        if (json[i] == '"') begin = i;
+        if (json[i] == '\\') ++i;
+    }
+    return false;
+}
+
 /// Scene files have "\/" for a solidus, which JSON allows; it occurs only inside strings here.
 std::string withEscapedSolidus(const std::string &json) {
     std::string escaped;
@@ -193,6 +211,10 @@ std::optional<std::string> jsonFromPresets(const std::vector<ManualPreset> &pres
 }
 
 std::optional<std::vector<ManualPreset>> presetsFromJson(std::string_view json, std::string &error) {
+    if (hasEndlessToken(json)) {
+        error = "a text of more than a megabyte";
+        return std::nullopt;
+    }
     SceneReader reader;
     const bool isJson = Json::sax_parse(json, &reader);
     if (isJson && reader.isArray() && reader.error().empty()) return reader.takePresets();

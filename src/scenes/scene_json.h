@@ -18,8 +18,8 @@ namespace scenes {
 /// The scenes of a JSON array. All seven keys are required in each, in any order; unknown keys are ignored,
 /// and of a repeated key the last value counts. A position is an integer from -2^63 to 2^63 - 1, taken
 /// exactly. With a fraction or an exponent (5.0, 1e3) it is first rounded to a double, which must be whole
-/// and lie between -2^63 and 2^63, both excluded. Nothing for any other text, with the reason, one line, in
-/// `error`.
+/// and lie between -2^63 and 2^63, both excluded. Nothing for any other text, nor for one with more than a
+/// megabyte between two quotes, with the reason, one line of a usual length, in `error`.
 [[nodiscard]] std::optional<std::vector<ManualPreset>> presetsFromJson(std::string_view json,
                                                                        std::string &error);
 

@@ -53,6 +53,7 @@ std::string caesarDataToString(const std::vector<std::uint8_t> &value, std::int6
         text[done] = static_cast<char>(*code);
     }
     text.resize(done);
+    text.reserve(done + 3 * (bytes.size() - done));  // a large text that grew would stand in memory twice
     for (const std::uint8_t byte : bytes.subspan(done)) {
         const auto code = shifted(byte, shift);
         if (!code || !isScalar(*code)) platform::fatalStop();

@@ -20,11 +20,13 @@ using scenes::decodeSceneText;
 using Outcome = DecodedScenes::Outcome;
 using support::sample;
 
-/// What holds of every text: the reason, one line, where there are no scenes, and names that can be shown.
+/// What holds of every text: the reason, one line of a usual length, where there are no scenes, and names
+/// that can be shown.
 DecodedScenes decoded(const std::string &text) {
     auto result = decodeSceneText(text);
     EXPECT_EQ(result.outcome == Outcome::unreadable, !result.error.empty()) << text;
     EXPECT_EQ(result.error.find('\n'), std::string::npos) << result.error;
+    EXPECT_LT(result.error.size(), 300U);
     EXPECT_TRUE(result.outcome == Outcome::read || result.presets.empty()) << text;
     for (const ManualPreset &preset : result.presets) EXPECT_TRUE(scenes::isValidUtf8(preset.Name)) << text;
     return result;
@@ -89,6 +91,14 @@ TEST(SceneCodec, RequiresAnArrayOfScenesWithTheirSevenKeys) {
     std::string deep = "[";
     for (int level = 0; level < 200000; ++level) deep += R"({"a":)";
     EXPECT_FALSE(scenesOf(deep));
+}
+
+TEST(SceneCodec, ReadsTheLongestNameThatCanBeTypedAndNoneOfMegabytes) {
+    EXPECT_TRUE(scenesOf(sceneWith('"' + std::string(3 * 32767, 'n') + '"')));
+    EXPECT_FALSE(scenesOf(sceneWith('"' + std::string(100000, 'n'))));
+    std::string quotes;
+    for (int i = 0; i < 1 << 20; ++i) quotes += R"(\")";
+    EXPECT_FALSE(scenesOf(sceneWith('"' + quotes + '"')));
 }
 
 TEST(SceneCodec, KeepsWhatStandsBeforeTheFirstBracketAndRepairsIt) {
