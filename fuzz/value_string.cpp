@@ -16,6 +16,19 @@ const void *pointerTo(const Record &record) {
     return record ? record->data() : nullptr;
 }
 
+/// True also where there is no range: of a boolean, and of limits the wrong way round.
+bool isInRange(std::uint32_t code, std::size_t offset, const std::vector<std::uint8_t> &minimum,
+               const std::uint8_t *record, const std::vector<std::uint8_t> &maximum) {
+    const auto isBetween = [&](auto load) {
+        const auto low = load(code, minimum.data() + offset);
+        const auto high = load(code, maximum.data() + offset);
+        const auto value = load(code, record + offset);
+        return low > high || (low <= value && value <= high);
+    };
+    if (code == uvc::kBooleanComponent) return true;
+    return uvc::isSignedComponent(code) ? isBetween(uvc::loadSigned) : isBetween(uvc::loadUnsigned);
+}
+
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
@@ -40,6 +53,14 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
                       std::all_of(buffer.end() - kMargin, buffer.end(), isUntouched),
                   "only the record is written");
     if (!done) return 0;
+
+    // The default may lie outside, and so may a multiple of the step and the end of a fraction's range.
+    const bool isWhole = text.find_first_of(".eE") == std::string::npos && !limits[2];
+    for (std::size_t i = 0; isWhole && limits[0] && limits[1] && i < type->fieldCount(); ++i) {
+        fuzz::promise(isInRange(type->fieldTypeAtIndex(i), type->offsetToFieldAtIndex(i), *limits[0], record,
+                                *limits[1]),
+                      "a whole number stays in its range");
+    }
 
     const auto written = type->stringFromBuffer(record);
     fuzz::promise(written.has_value(), "a record of the catalogue has a text");
