@@ -103,8 +103,8 @@ TEST(SceneCodec, ReadsTheLongestNameThatCanBeTypedAndNoneOfMegabytes) {
 
 TEST(SceneCodec, KeepsWhatStandsBeforeTheFirstBracketAndRepairsIt) {
     const std::string array =
-        sceneWith("\"a\xE2\x82!\xC0\xAF\xED\xA0\x80\xF4\x91\x92\x93\xE1\x80\xC0\xF0\x9F\x8E\"");
-    const std::string name = "a\uFFFD!" + std::string("\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD") +
+        sceneWith("\"a\U000FFFFF\xE2\x82!\xC0\xAF\xED\xA0\x80\xF4\x91\x92\x93\xE1\x80\xC0\xF0\x9F\x8E\"");
+    const std::string name = "a\U000FFFFF\uFFFD!" + std::string("\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD") +
                              "\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD";
     const ManualPreset expected{name, "", "h", "s", 1, 2, 3};
     for (const std::string &json : {array, "]]" + array + "trailing]", array.substr(0, array.size() - 1)})
