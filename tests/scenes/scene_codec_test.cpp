@@ -94,7 +94,8 @@ TEST(SceneCodec, RequiresAnArrayOfScenesWithTheirSevenKeys) {
 }
 
 TEST(SceneCodec, ReadsTheLongestNameThatCanBeTypedAndNoneOfMegabytes) {
-    EXPECT_TRUE(scenesOf(sceneWith('"' + std::string(3 * 32767, 'n') + '"')));
+    constexpr std::size_t kTyped = 98301;  // 32,767 characters of three bytes
+    EXPECT_TRUE(scenesOf(sceneWith('"' + std::string(kTyped, 'n') + '"')));
     EXPECT_FALSE(scenesOf(sceneWith('"' + std::string(100000, 'n'))));
     std::string quotes;
     for (int i = 0; i < 1 << 20; ++i) quotes += R"(\")";
