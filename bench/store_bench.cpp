@@ -25,7 +25,13 @@ namespace fs = std::filesystem;
 
 void BM_ReadStore(benchmark::State &state) {
     bench::storeOf(state.range(0));
-    for (auto _ : state) benchmark::DoNotOptimize(obtenerPresets());
+    scenes::SceneTree tree;
+    for (auto _ : state) tree = obtenerPresets();
+
+    std::size_t count = 0;
+    for (const auto &[centre, rooms] : tree)
+        for (const auto &[room, presets] : rooms) count += presets.size();
+    if (count != static_cast<std::size_t>(state.range(0))) state.SkipWithError("not read");
 }
 
 std::string contentOf(const fs::path &path) {
