@@ -26,10 +26,14 @@ std::set<std::string> failuresOf(const std::string &node) {
         std::sscanf(line.c_str(), "Total for uvcvideo device %*[^:]: %d,", &total);
         const auto name = line.find("test ");
         const auto end = line.find(": FAIL");
-        if (name != std::string::npos && end != std::string::npos)
-            failures.insert(line.substr(name + 5, end - name - 5));
+        if (name == std::string::npos || end == std::string::npos) continue;
+        // Newer versions try each way to ask for buffers: "MMAP (select, REQBUFS)".
+        std::string failed = line.substr(name + 5, end - name - 5);
+        if (const auto way = failed.find(", "); way != std::string::npos)
+            failed.replace(way, std::string::npos, ")");
+        failures.insert(failed);
     }
-    EXPECT_EQ(total, 53);
+    EXPECT_GE(total, 53);
     return failures;
 }
 

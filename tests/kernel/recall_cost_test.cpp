@@ -67,6 +67,8 @@ class ForeignDevices {
         run({"modprobe", "xhci-pci"});
         requireSoon(
             "40 devices", [] { return devicesOnBus() >= 40; }, seconds(60));
+        // libusb hears of each, in a thread of its own, when udev is done with it.
+        run({"udevadm", "settle"});
     }
     ~ForeignDevices() { run({"modprobe", "-r", "xhci-pci"}); }
     ForeignDevices(const ForeignDevices &) = delete;
