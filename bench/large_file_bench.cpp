@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "process_memory.h"
 #include "scenes/scene_codec.h"
 #include "scenes/scene_layers.h"
 #include "scenes/scene_reading.h"
@@ -63,16 +64,6 @@ std::optional<std::string> textOf(std::int64_t content) {
     }
 }
 
-/// Kilobytes of a line of this process's status.
-double kilobytes(std::string_view line) {
-    std::ifstream status("/proc/self/status");
-    for (std::string word; status >> word;) {
-        double figure = 0;
-        if (word == line && status >> figure) return figure;
-    }
-    return 0;
-}
-
 /// What `work` needs more than there was, at its height.
 template <typename Work>
 void measureMemory(benchmark::State &state, Work work) {
@@ -81,11 +72,11 @@ void measureMemory(benchmark::State &state, Work work) {
         ::malloc_trim(0);
         // From here on the height is what there is now.
         if (!(std::ofstream("/proc/self/clear_refs") << 5).flush()) std::abort();
-        const double before = kilobytes("VmRSS:");
+        const double before = bench::megabytes("self", "VmRSS:");
         state.ResumeTiming();
         work();
         state.PauseTiming();
-        state.counters["MB"] = (kilobytes("VmHWM:") - before) / 1024;
+        state.counters["MB"] = bench::megabytes("self", "VmHWM:") - before;
         state.ResumeTiming();
     }
 }

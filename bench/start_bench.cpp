@@ -20,6 +20,7 @@
 #include <thread>
 
 #include "comparison.h"
+#include "process_memory.h"
 #include "temporary_store.h"
 
 namespace {
@@ -66,16 +67,6 @@ class Screen {
                                                                              &xcb_disconnect};
 };
 
-/// Megabytes of a process, shared pages counted whole: what lies in them does not move with other programs.
-double residentMegabytes(pid_t process) {
-    std::ifstream status("/proc/" + std::to_string(process) + "/status");
-    for (std::string word; status >> word;) {
-        double kilobytes = 0;
-        if (word == "VmRSS:" && status >> kilobytes) return kilobytes / 1024;
-    }
-    return 0;
-}
-
 /// Milliseconds that the threads of a process have run, whatever else the machine had to do.
 double processorMilliseconds(pid_t process) {
     double nanoseconds = 0;
@@ -109,7 +100,7 @@ void start(benchmark::State &state, const char *program, const char *argument, s
         state.SetIterationTime(std::chrono::duration<double>(Clock::now() - begin).count());
         state.counters["ms"] = processorMilliseconds(process);
         std::this_thread::sleep_for(kRest);
-        state.counters["MB"] = residentMegabytes(process);
+        state.counters["MB"] = bench::megabytes(std::to_string(process), "VmRSS:");
         ::kill(process, SIGKILL);
         ::waitpid(process, nullptr, 0);
         if (!isShown) return state.SkipWithError("no window; or a copy runs that took the start over");
