@@ -33,7 +33,7 @@ std::set<std::string> failuresOf(const std::string &node) {
             failed.replace(way, std::string::npos, ")");
         failures.insert(failed);
     }
-    EXPECT_GE(total, 53);
+    EXPECT_TRUE(total == 53 || total == 58) << total << " tests; versions 1.22 and 1.30 have 53 and 58";
     return failures;
 }
 
